@@ -1,0 +1,26 @@
+# Compiler settings shared by every target of ours; third-party headers are SYSTEM and not affected.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(ZORVEX_CCACHE ccache)
+if(ZORVEX_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${ZORVEX_CCACHE})
+endif()
+
+add_library(zorvex_compiler INTERFACE)
+target_compile_options(
+  zorvex_compiler
+  INTERFACE -Wall -Wextra -Wpedantic -Wshadow
+            # Units of text pass between unsigned short, char16_t and XMLCh by pointer.
+            -fno-strict-aliasing
+            # The high-precision transforms need each product rounded on its own.
+            -ffp-contract=off)
+if(ZORVEX_WERROR)
+  target_compile_options(zorvex_compiler INTERFACE -Werror)
+endif()
