@@ -24,3 +24,15 @@ target_compile_options(
 if(ZORVEX_WERROR)
   target_compile_options(zorvex_compiler INTERFACE -Werror)
 endif()
+
+find_program(ZORVEX_LLD ld.lld)
+if(ZORVEX_LLD)
+  add_link_options(-fuse-ld=lld)
+endif()
+
+set(ZORVEX_SANITIZE "" CACHE STRING "Sanitizers for everything, as in -fsanitize=")
+if(ZORVEX_SANITIZE)
+  add_compile_options(-fsanitize=${ZORVEX_SANITIZE} -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZORVEX_SANITIZE})
+endif()
