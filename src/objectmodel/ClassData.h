@@ -1,0 +1,172 @@
+#pragma once
+
+#include <cstdint>
+
+#include "objectmodel/FieldData.h"
+#include "objectmodel/FieldDescriptor.h"
+#include "objectmodel/Id.h"
+#include "runtime/Text.h"
+#include "zorvex_api/ClassDescriptor.h"
+#include "zorvex_api/Map.h"
+#include "zorvex_api/Object.h"
+
+namespace zorvex_api
+{
+
+class IdTable;
+struct ExternalRep;
+
+/// Rare data of one object, a chained list by tag; each tag has its own destroy function.
+struct ExtensionRecord
+{
+    int tag;
+    void* data;
+    ExtensionRecord* next;
+};
+
+namespace extension_tag
+{
+constexpr int kUserPointer = -1;
+constexpr int kJavaRecord = -5;
+constexpr int kPluginInstances = -6;
+constexpr int kCompanions = -7;
+constexpr int kIncomingIds = -20;       // objects whose reference fields are linked to this one
+constexpr int kDocumentPointer = -21;   // the pointer a root was first loaded from or saved to
+constexpr int kAsideChildren = -22;     // children that no field holds; they die with the object
+constexpr int kPulledIn = -23;          // a root that only references brought in
+}  // namespace extension_tag
+
+/// All that the library knows of one object.
+///
+/// The shell and this record live and die together. Field storage is sparse: a chained list of
+/// FieldData, the field touched last at its head.
+class ClassData : public Allocator
+{
+public:
+    // State flags.
+    static constexpr std::uint32_t kChainedLists = 1;      // element lists are chained, not arrays
+    static constexpr std::uint32_t kIdObject = 2;          // under IdObject: has an id
+    static constexpr std::uint32_t kDocumentBase = 4;      // under DocumentBase: can be a root
+    static constexpr std::uint32_t kDiscarded = 8;         // paged out: children are left alone
+    static constexpr std::uint32_t kPooled = 16;           // stands in the paging pool
+    static constexpr std::uint32_t kLazyClass = 32;        // the class is still a class value
+    static constexpr std::uint32_t kNetworkRef = 64;       // holds a reference from a network
+    static constexpr std::uint32_t kDestructing = 128;
+    static constexpr std::uint32_t kNetworkStale = 0x100;
+    static constexpr std::uint32_t kParserOwned = 0x200;   // its end is told to the parser plug-in
+    static constexpr std::uint32_t kDeletedWithParent = 0x400;
+    static constexpr std::uint32_t kJavaHeld = 0x800;
+    static constexpr std::uint32_t kLongForm = 0x1000;
+    // Marks of our own: they spare a look at tables that don't know the object.
+    static constexpr std::uint32_t kRegistered = 0x10000;    // a resolver may know it
+    static constexpr std::uint32_t kInDocumentMap = 0x20000;
+    static constexpr std::uint32_t kUseCounted = 0x40000;    // stands in documentUseCounts
+    static constexpr std::uint32_t kPulledInRoot = 0x80000;  // never handed to the application
+    static constexpr std::uint32_t kIsConfiguration = 0x100000;
+
+    /// Makes the record of a new shell; the memory comes from a free list.
+    static ClassData* Make(Object* shell);
+    /// Ends the object: end-of-object routine, then fields, children, extensions. Called by the
+    /// shell's destructor.
+    static void Destroy(ClassData* data);
+
+    /// The record of an object, in memory. Null for null.
+    static ClassData* Of(const Object* object) { return object != nullptr ? object->m_data : nullptr; }
+
+    // --- class ----------------------------------------------------------------------------------
+    void SetClassValue(short classValue);
+    /// Fixes the descriptor and sets what a fresh object of the class has. False for null.
+    bool Initialise(ClassDescriptor* newDescriptor);
+    /// Resolves a lazy class first. Null when the class isn't known.
+    ClassDescriptor* GetClassDescriptor()
+    {
+        return (stateFlags & kLazyClass) != 0 ? ResolveClass() : descriptor;
+    }
+    /// For the reader: fixes the descriptor of an object made by it, without the initial attributes
+    /// of a document and without an id.
+    void AdoptClass(ClassDescriptor* newDescriptor);
+    short GetClassValue() const;
+    bool IsSubClass(const ClassDescriptor* other);
+
+    // --- fields ---------------------------------------------------------------------------------
+    /// The record of a descriptor; the built-in "load" and "location" mean the record of type 11.
+    FieldData* FindField(const FieldDescriptor* field) const;
+    /// Makes a not-set record at the head of the list. Null for the built-in id.
+    FieldData* AddField(FieldDescriptor* field);
+    FieldData* FindOrAddField(FieldDescriptor* field);
+    /// Takes the record out of the list and frees it; its value must be not set.
+    void RemoveField(FieldData* field);
+
+    // --- extensions -----------------------------------------------------------------------------
+    void* GetExtension(int tag) const;
+    /// Sets or replaces; null removes the record without destroying the old data.
+    void SetExtension(int tag, void* data);
+    using ExtensionDestroyer = void (*)(ClassData& owner, void* data);
+    /// Registers how the data of a tag dies with its object. Once per tag, at static initialisation.
+    static int RegisterExtensionDestroyer(int tag, ExtensionDestroyer destroyer);
+
+    // --- tree -----------------------------------------------------------------------------------
+    ClassData* OwnerData() const { return Of(owner); }
+    ClassData* Root();
+    /// Attaches this root to `newOwner`, or detaches it when that is null.
+    /// `field` fixes the place; `fieldName` filters; see Object::SetOwner. `strictness` 0: a child
+    /// that fits nowhere is an error; 1: a warning, and the owner keeps it aside; 2: a given field
+    /// takes the child in place of its value.
+    Result SetOwner(Object* newOwner, TextView fieldName, FieldDescriptor* field,
+                    bool resolveConflict, bool markNetwork, int strictness);
+    /// Puts a child into a field of this object; see SetOwner. Doesn't touch the child's owner.
+    Result PlaceChild(Object* child, TextView fieldName, FieldDescriptor* field, int strictness);
+    /// The reader's way: appends a fresh child to a known element field. No checks, no id conflicts,
+    /// no marks. False when a single field already holds a child.
+    bool AppendChild(ClassData* child, FieldDescriptor* field);
+    /// The field that holds this object in its owner, noted when it was placed; may be null.
+    FieldDescriptor* HoldingField() const { return holdingField; }
+    /// The name and prefix under which `child` stands here. The prefix is optional.
+    const String& ChildElementName(ClassData* child, const String** prefix);
+
+    // --- ids ------------------------------------------------------------------------------------
+    /// Assigns the id and keeps the root's table in step, unless `keepTable`.
+    bool SetId(const IdValue& newId, bool keepTable);
+    /// The object was read without an id: it gets one only when something needs it.
+    void SetNoId();
+    /// The next number for a generated id is this plus one.
+    std::uint32_t GetHighestId();
+    /// Gives the object the next generated id of its tree.
+    void TakeGeneratedId();
+    IdTable& NeedIdTable();
+    Object* ResolveId(const IdValue& wanted);
+
+    // --- changes --------------------------------------------------------------------------------
+    /// After every change of an attribute, element, id or owner: raises the root's change stamp,
+    /// marks its document network as stale and drops this object's companions.
+    void MarkNetwork();
+    /// The root's change stamp; it differs after any change to the tree.
+    std::uint32_t ChangeStamp();
+    static void GetDocumentNetwork(ClassData* document, Map<Object*, Object*>& network);
+    void AddCompanion(Object* document);
+
+    // --- data -----------------------------------------------------------------------------------
+    Object* owner = nullptr;
+    Object* object = nullptr;
+    ExtensionRecord* extensions = nullptr;
+    IdValue id;                  // starts as none
+    IdTable* idTable = nullptr;  // on a root, of all objects below it
+    union
+    {
+        ClassDescriptor* descriptor = nullptr;
+        short classValue;  // with kLazyClass
+    };
+    FieldData* fields = nullptr;
+    std::uint32_t stateFlags = 0;
+    std::uint32_t changeStamp = 0;        // on a root
+    const String* elementName = nullptr;  // owned by a descriptor; the cached name under the owner
+    FieldDescriptor* holdingField = nullptr;
+    ExternalRep* incoming = nullptr;  // head of the chain of references that target this object
+
+private:
+    ClassData() = default;
+    ~ClassData() = default;
+    ClassDescriptor* ResolveClass();
+};
+
+}  // namespace zorvex_api
