@@ -1,0 +1,168 @@
+#pragma once
+
+#include "zorvex_api/Array.h"
+#include "zorvex_api/Export.h"
+#include "zorvex_api/Handle.h"
+#include "zorvex_api/Object.h"
+#include "zorvex_api/Result.h"
+#include "zorvex_api/String.h"
+
+/// What the accessors of the generated classes do, once for all of them.
+///
+/// An accessor of a generated class is one call of an operation below with the name of its field.
+/// `field` is that name, or for an element the key "namespace:class:element"; it has to be a literal
+/// or live as long. Applications use the accessors.
+namespace zorvex_api::typed
+{
+
+/// Views an object as the class that its field is declared with. Generated classes have no data of
+/// their own and a single line of bases, so that all of their addresses are the same. The class
+/// needn't be defined at this point.
+template <class T>
+T* As(Object* object)
+{
+    return static_cast<T*>(static_cast<void*>(object));
+}
+template <class T>
+Object* ToObject(T* object)
+{
+    return static_cast<Object*>(static_cast<void*>(object));
+}
+
+// --- making ----------------------------------------------------------------------------------------
+
+/// Attaches a new object to its owner. Nothing happens for null.
+ZORVEX_API Result Attach(Object& object, Object* owner);
+/// Raises code 2 with the message of `result`.
+[[noreturn]] ZORVEX_API void RaiseNotAttached(const Result& result);
+
+// --- values ----------------------------------------------------------------------------------------
+
+/// 0, 0.0 or the empty text when there is no value.
+ZORVEX_API int GetInt(const Object& object, const char16_t* field);
+ZORVEX_API double GetDouble(const Object& object, const char16_t* field);
+ZORVEX_API String GetString(const Object& object, const char16_t* field);
+
+ZORVEX_API Result Set(Object& object, const char16_t* field, int value);
+ZORVEX_API Result Set(Object& object, const char16_t* field, double value);
+ZORVEX_API Result Set(Object& object, const char16_t* field, const String& value);
+
+ZORVEX_API Result Get(const Object& object, const char16_t* field, Array<int>& values);
+ZORVEX_API Result Get(const Object& object, const char16_t* field, Array<double>& values);
+ZORVEX_API Result Get(const Object& object, const char16_t* field, Vector& value);
+ZORVEX_API Result Get(const Object& object, const char16_t* field, Transf& value);
+ZORVEX_API Result Set(Object& object, const char16_t* field, const Array<int>& values);
+ZORVEX_API Result Set(Object& object, const char16_t* field, const Array<double>& values);
+ZORVEX_API Result Set(Object& object, const char16_t* field, const Vector& value);
+ZORVEX_API Result Set(Object& object, const char16_t* field, const Transf& value);
+
+/// A list of `count` values; `values` has room for as many. Setting null empties the list.
+ZORVEX_API Result GetList(const Object& object, const char16_t* field, int count, int* values);
+ZORVEX_API Result GetList(const Object& object, const char16_t* field, int count, double* values);
+ZORVEX_API Result SetList(Object& object, const char16_t* field, int count, const int* values);
+ZORVEX_API Result SetList(Object& object, const char16_t* field, int count, const double* values);
+
+/// A Vector or Transf kept as a list of numbers in an element of its own.
+ZORVEX_API Result GetContent(const Object& object, const char16_t* field, Vector& value);
+ZORVEX_API Result GetContent(const Object& object, const char16_t* field, Transf& value);
+ZORVEX_API Result SetContent(Object& object, const char16_t* field, const Vector& value);
+ZORVEX_API Result SetContent(Object& object, const char16_t* field, const Transf& value);
+
+/// 1 when the attribute has a value or a default.
+ZORVEX_API int Has(const Object& object, const char16_t* field);
+ZORVEX_API Result Unset(Object& object, const char16_t* field);
+
+// --- one URI ---------------------------------------------------------------------------------------
+
+ZORVEX_API Result GetURI(const Object& object, const char16_t* field, Handle& handle);
+ZORVEX_API Result SetURI(Object& object, const char16_t* field, const Handle& handle);
+ZORVEX_API Result ResolveURI(Object& object, const char16_t* field, Handle& handle,
+                             Configuration* configuration);
+
+// --- lists of URIs; an index out of range is code 16 ------------------------------------------------
+
+ZORVEX_API Result AddURI(Object& object, const char16_t* field, const String& text);
+ZORVEX_API Result AddURI(Object& object, const char16_t* field, const Handle& handle);
+ZORVEX_API int CountReferences(const Object& object, const char16_t* field);
+/// Raises code 16 for an index out of range.
+ZORVEX_API String GetURI(const Object& object, const char16_t* field, int index);
+ZORVEX_API Result GetURI(const Object& object, const char16_t* field, int index, Handle& handle);
+ZORVEX_API Result SetURI(Object& object, const char16_t* field, int index, const String& text);
+ZORVEX_API Result SetURI(Object& object, const char16_t* field, int index, const Handle& handle);
+ZORVEX_API Result DeleteURI(Object& object, const char16_t* field, int index);
+ZORVEX_API Result ResolveURI(Object& object, const char16_t* field, int index, Handle& handle,
+                             Configuration* configuration);
+
+// --- one reference ---------------------------------------------------------------------------------
+
+ZORVEX_API String GetId(const Object& object, const char16_t* field);
+ZORVEX_API int SetId(Object& object, const char16_t* field, const String& id);
+/// Null removes the reference and gives 1.
+ZORVEX_API int SetRef(Object& object, const char16_t* field, Object* target);
+ZORVEX_API Object* ResolveRef(Object& object, const char16_t* field, Configuration* configuration);
+
+// --- lists of references ---------------------------------------------------------------------------
+
+ZORVEX_API int AddId(Object& object, const char16_t* field, const String& id);
+ZORVEX_API int AddRef(Object& object, const char16_t* field, Object* target);
+/// Raises code 16 for an index out of range; the empty text when the list can't be read.
+ZORVEX_API String GetId(const Object& object, const char16_t* field, int index);
+/// Appends.
+ZORVEX_API void GetIds(const Object& object, const char16_t* field, Array<String>& ids);
+/// 0 for an index out of range.
+ZORVEX_API int SetId(Object& object, const char16_t* field, int index, const String& id);
+ZORVEX_API int SetRef(Object& object, const char16_t* field, int index, Object* target);
+/// Raises code 16 for an index out of range.
+ZORVEX_API void RemoveRef(Object& object, const char16_t* field, int index);
+/// The first one with this text or object; nothing happens when there is none.
+ZORVEX_API void RemoveRef(Object& object, const char16_t* field, const String& id);
+ZORVEX_API void RemoveRef(Object& object, const char16_t* field, const Object* target);
+/// Null when out of range.
+ZORVEX_API Object* ResolveRef(Object& object, const char16_t* field, int index,
+                              Configuration* configuration);
+ZORVEX_API void ResolveRefs(Object& object, const char16_t* field, Array<Object*>& targets,
+                            Configuration* configuration);
+/// Appends.
+template <class T>
+void ResolveRefs(Object& object, const char16_t* field, Array<T*>& targets,
+                 Configuration* configuration)
+{
+    Array<Object*> objects;
+    ResolveRefs(object, field, objects, configuration);
+    for (Object* target : objects)
+    {
+        targets.Add(As<T>(target));
+    }
+}
+
+// --- elements --------------------------------------------------------------------------------------
+
+/// Null when there is none.
+ZORVEX_API Object* GetElement(const Object& object, const char16_t* field);
+ZORVEX_API Object* GetElement(const Object& object, const char16_t* field, int index);
+ZORVEX_API int CountElements(const Object& object, const char16_t* field);
+/// Null when the field has an element already, or none can be made.
+ZORVEX_API Object* AddSingleElement(Object& object, const char16_t* className,
+                                    const char16_t* field);
+ZORVEX_API Object* AddElement(Object& object, const char16_t* className, const char16_t* field);
+/// Null gives code 2.
+ZORVEX_API Result AttachElement(Object& object, Object* element, const char16_t* field);
+/// Empties `elements` and fills it.
+ZORVEX_API void GetElements(const Object& object, const char16_t* field, Array<Object*>& elements);
+template <class T>
+void GetElements(const Object& object, const char16_t* field, Array<T*>& elements)
+{
+    Array<Object*> objects;
+    GetElements(object, field, objects);
+    elements.RemoveAll();
+    for (Object* element : objects)
+    {
+        elements.Add(As<T>(element));
+    }
+}
+/// Raises code 16 for an index out of range.
+ZORVEX_API void DeleteElement(Object& object, const char16_t* field, int index);
+ZORVEX_API void DeleteElement(Object& object, Object* element);
+ZORVEX_API void DeleteElements(Object& object, const char16_t* field);
+
+}  // namespace zorvex_api::typed
