@@ -1,0 +1,292 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "objectmodel/ClassLayout.h"
+#include "objectmodel/FieldDescriptor.h"
+#include "objectmodel/FieldIndex.h"
+#include "objectmodel/HookedVector.h"
+#include "runtime/Text.h"
+#include "zorvex_api/Allocator.h"
+#include "zorvex_api/ClassDescriptor.h"
+#include "zorvex_api/String.h"
+
+namespace zorvex_api
+{
+
+class ClassRegistry;
+class Object;
+
+/// Entry of a class in a name table: part of the class, so it lives as long.
+struct ClassNameKey
+{
+    std::uint32_t hash = 0;
+    String text;
+    ClassDescriptorImpl* owner = nullptr;
+};
+
+/// The record behind a ClassDescriptor.
+///
+/// Life: one use from making, shared by the chain's node and the registry; merges add uses. With the
+/// last use the class leaves the registry at once; its memory goes when no object and no derived
+/// class holds it any more.
+///
+/// Threads: what stands in the registry is read without a lock. Changes of a registered class (its
+/// fields, its base) are made under the registry's write lock, published by atomic pointers, and
+/// raise the generation of the class and of all classes below it. What they replace is retired, not
+/// freed, until the class dies.
+class ClassDescriptorImpl : public Allocator
+{
+public:
+    /// Makes a class with a fresh class value and one use. Code 2 with
+    /// "zorvexClass values exhausted: " and the class names when none is left.
+    static ClassDescriptorImpl* Make();
+
+    ClassDescriptor* Descriptor() const { return m_descriptor; }
+    static ClassDescriptorImpl* Of(const ClassDescriptor* descriptor)
+    {
+        return descriptor != nullptr ? descriptor->GetImplementation() : nullptr;
+    }
+
+    // --- names ------------------------------------------------------------------------------------
+    short Value() const { return m_classValue; }
+    const String& Name() const { return m_name; }
+    const String& OutputName() const { return m_outputName.IsEmpty() ? m_name : m_outputName; }
+    /// UTF-8 of the output name, for the writer.
+    const std::string& Utf8OutputName() const;
+    const String& QualifiedName() const;
+    const String& NamespaceUri() const { return m_namespace; }
+    const String& NamespacePrefix() const { return m_prefix; }
+    bool InMainNamespace() const { return m_mainNamespace; }
+    const String& Version() const { return m_version; }
+    const String& SchemaFile() const { return m_schemaFile; }
+    const String& SchemaName() const { return m_schemaName; }
+    /// A class without a schema file counts as made at run time where names are matched and written.
+    bool HasSchemaFile() const { return !m_schemaFile.IsEmpty(); }
+    /// Made at run time, with generic objects.
+    bool IsRuntimeClass() const { return m_genericMake != nullptr; }
+    bool IsAbstract() const { return m_abstract; }
+    bool IsDeprecated() const { return m_deprecated; }
+    bool IsRegistered() const { return m_registered; }
+    const String& BaseName() const { return m_baseName; }
+    const String& EquivalenceName() const { return m_equivalenceName; }
+    const HookedVector<String>& OptionalAttributes() const { return m_optionalAttributes; }
+
+    // --- the class chain --------------------------------------------------------------------------
+    /// The base class, resolved on first need; null when there is none or it isn't known.
+    ClassDescriptorImpl* Base() const;
+    ClassDescriptorImpl* Equivalence() const;
+    /// The class itself or one of its bases. One comparison.
+    bool IsSubClass(const ClassDescriptorImpl* other) const
+    {
+        const Lineage& mine = CurrentLineage();
+        if (other == nullptr)
+        {
+            return false;
+        }
+        const Lineage& theirs = other->CurrentLineage();
+        return theirs.depth <= mine.depth && mine.chain[theirs.depth] == other;
+    }
+    bool IsSubClass(const ClassDescriptor* other) const { return IsSubClass(Of(other)); }
+    /// By class value; -25 stands for any class and matches classes made at run time.
+    bool IsSubClass(short classValue) const;
+    /// By qualified name, or a bare name for a class without a namespace.
+    bool IsSubClass(TextView qualifiedName) const;
+    bool IsIdObject() const { return IsMemberOf(m_isIdObject); }
+    bool IsDocumentBase() const { return IsMemberOf(m_isDocumentBase); }
+    /// Calls `visit(class)` for each class that names this one as its base and has resolved it.
+    /// Under the registry's write lock.
+    template <class Visit>
+    void ForEachDerived(Visit visit) const
+    {
+        for (ClassDescriptorImpl* derived = m_firstDerived; derived != nullptr;
+             derived = derived->m_nextSibling)
+        {
+            visit(derived);
+        }
+    }
+
+    // --- fields -----------------------------------------------------------------------------------
+    /// The class's own fields in declaration order; readable while others are added.
+    FieldSpan Fields() const;
+    /// All fields with those of the bases, ready to walk and to search.
+    const ClassLayout& Layout() const
+    {
+        const ClassLayout* layout = m_layout.load(std::memory_order_acquire);
+        return layout != nullptr && layout->Generation() == Generation() ? *layout : MakeLayout();
+    }
+    /// The fast look-up of attribute and element operations: see ClassLayout::FindField. `climb`
+    /// false stays in the class itself; `exactOnly` leaves out the name match.
+    FieldDescriptor* FindField(TextView name, int mask, bool climb = true,
+                               bool exactOnly = false) const;
+    /// Differs after each change of the fields or bases of this class.
+    std::uint32_t Generation() const { return m_generation.load(std::memory_order_acquire); }
+
+    // --- objects ----------------------------------------------------------------------------------
+    /// An object whose class is fixed to this one holds it, so that its memory stays.
+    void AddObject() { m_holds.fetch_add(1, std::memory_order_relaxed); }
+    void RemoveObject() { Unhold(); }
+    /// Whether objects of this class or of one below it exist. Under the registry's write lock.
+    bool IsUsedByObjects() const;
+    Object* MakeObject();
+
+    // --- filling ----------------------------------------------------------------------------------
+    /// While set, texts given to the operations below lie over literals and are kept without a copy.
+    void SetBorrowsTexts(bool borrows) { m_borrowsTexts = borrows; }
+    void SetName(const String& name);
+    void SetVersion(const String& version);
+    void SetOutputName(const String& name);
+    void SetNamespace(const String& uri, const String& prefix);
+    void SetSchemaName(const String& name);
+    void SetBaseClass(const String& name);
+    void SetEquivalenceClass(const String& name);
+    void SetMakeFunction(Object* (*make)()) { m_make = make; }
+    void SetGenericMakeFunction(Object* (*make)(ClassDescriptorImpl*)) { m_genericMake = make; }
+    void SetAbstract(bool isAbstract) { m_abstract = isAbstract; }
+    void SetDeprecated(bool deprecated) { m_deprecated = deprecated; }
+    void AddOptionalAttribute(const String& name);
+    void SetStaticClassValue(short* place) { m_staticClassValue = place; }
+    void SetLegacyClassValue(short* place) { m_legacyClassValue = place; }
+    /// Writes the class value to the statics of the generated class.
+    void PublishClassValue() const;
+
+    enum class Place
+    {
+        Back,
+        Front
+    };
+    /// Adds a field, see ClassDescriptor::RegisterField. The prefix is the class's, or the one
+    /// registered for `prefixUri` when that is given. 0 or 1.
+    int RegisterField(const String& name, int type, Place place = Place::Back,
+                      const String* prefixUri = nullptr);
+    /// The same, complete in one step: for classes that other threads see already. `fieldClass` and
+    /// `prefix` may be null. Gives the new field, or the one that is there already (of the same
+    /// name, for an element field too); null when an inherited field of another kind is in the way.
+    FieldDescriptor* AddRuntimeField(TextView name, int type, const ClassDescriptor* fieldClass,
+                                     const String* prefix);
+    /// Takes an own field out of the class. The record is retired. False when it isn't there.
+    bool RemoveField(FieldDescriptor* field);
+    /// The own field that the SetField operations mean; the built-in id for a class under IdObject.
+    FieldDescriptor* FindOwnField(TextView name) const;
+    /// Own fields changed in a way that layouts depend on.
+    void FieldsChanged();
+
+    // --- for the registry -------------------------------------------------------------------------
+    void AddUse() { ++m_useCount; }
+    /// Drops a use; with the last the class leaves the registry. Raises code 2 with
+    /// "Unable to remove ClassDescriptor." or "zorvexClass values problem." on inconsistencies.
+    void Release();
+
+    friend class ClassDescriptor;
+    friend class ClassRegistry;
+
+private:
+    /// The class and its bases, root first: chain[depth] is the class itself. Immutable.
+    struct Lineage
+    {
+        std::uint32_t depth;
+        bool complete;             // no base name is left unresolved
+        std::uint32_t namesSeen;   // names generation in which it was made
+        ClassDescriptorImpl* chain[1];
+    };
+    /// Own fields, appended in place while there is room.
+    struct FieldList
+    {
+        std::uint32_t capacity;
+        std::atomic<std::uint32_t> count;
+        FieldDescriptor* items[1];
+    };
+    /// What was replaced while others may still read it.
+    struct Retired
+    {
+        void* block;
+        void (*destroy)(void*);
+    };
+
+    ClassDescriptorImpl();
+    ~ClassDescriptorImpl();
+
+    const Lineage& CurrentLineage() const
+    {
+        const Lineage* lineage = m_lineage.load(std::memory_order_acquire);
+        return lineage != nullptr && lineage->complete ? *lineage : RefreshLineage();
+    }
+    const Lineage& RefreshLineage() const;
+    const Lineage& MakeLineage() const;
+    const ClassLayout& MakeLayout() const;
+    bool IsMemberOf(const std::atomic<signed char>& cache) const;
+    ClassDescriptorImpl* ResolveBase() const;
+    void LinkBase(ClassDescriptorImpl* base) const;
+    void UnlinkBase();
+    void Invalidate(bool baseChanged);
+
+    const FieldIndex* Index() const { return m_index.load(std::memory_order_acquire); }
+    FieldDescriptor* FindDuplicate(const FieldDescriptor& candidate) const;
+    FieldDescriptor* FindInChain(TextView name, int mask, bool exactOnly) const;
+    void InsertField(FieldDescriptor* field, Place place);
+    void ReplaceList(const FieldSpan& fields, std::uint32_t capacity);
+    void RebuildIndex();
+    void TakeOverFields(ClassDescriptorImpl& other);
+    String Kept(const String& text) const;
+    void DestroyFields();
+
+    template <class T>
+    void Retire(T* block, void (*destroy)(void*)) const;
+
+    void Hold() { m_holds.fetch_add(1, std::memory_order_relaxed); }
+    void Unhold();
+
+    ClassDescriptor* m_descriptor = nullptr;  // owned
+    short m_classValue = 0;
+    short* m_staticClassValue = nullptr;
+    short* m_legacyClassValue = nullptr;
+    String m_name;
+    String m_version;
+    String m_outputName;
+    String m_schemaName;
+    String m_namespace;
+    String m_prefix;
+    String m_baseName;
+    String m_equivalenceName;
+    String m_schemaFile;
+    Object* (*m_make)() = nullptr;
+    Object* (*m_genericMake)(ClassDescriptorImpl*) = nullptr;
+    bool m_abstract = false;
+    bool m_mainNamespace = true;
+    bool m_deprecated = false;
+    bool m_borrowsTexts = false;
+    bool m_holdsNamespace = false;
+    std::atomic<bool> m_registered{false};
+    int m_useCount = 1;  // changed under the registry's write lock or at start and end
+    // One for the use side as long as there is a use, one for each object and each derived class.
+    std::atomic<std::uint64_t> m_holds{1};
+    HookedVector<String> m_optionalAttributes;
+
+    mutable std::atomic<String*> m_qualifiedName{nullptr};           // owned
+    mutable std::atomic<std::string*> m_utf8OutputName{nullptr};     // owned
+    mutable std::atomic<ClassDescriptorImpl*> m_base{nullptr};       // held
+    mutable std::atomic<Lineage*> m_lineage{nullptr};                // owned
+    mutable std::atomic<signed char> m_isIdObject{-1};
+    mutable std::atomic<signed char> m_isDocumentBase{-1};
+    mutable ClassDescriptorImpl* m_firstDerived = nullptr;
+    mutable ClassDescriptorImpl* m_lastDerived = nullptr;
+    mutable ClassDescriptorImpl* m_nextSibling = nullptr;
+    mutable ClassDescriptorImpl* m_previousSibling = nullptr;
+
+    std::atomic<FieldList*> m_fields{nullptr};       // owned, with its fields
+    std::atomic<FieldIndex*> m_index{nullptr};       // owned; null while the list is short
+    mutable std::atomic<ClassLayout*> m_layout{nullptr};  // owned
+    mutable std::atomic<std::uint32_t> m_generation{1};
+    mutable std::atomic<std::uint32_t> m_missesSinceChange{0};
+    mutable HookedVector<Retired> m_retired;
+
+    // Entries in the registry's name tables: qualified name, local name, output name, old name.
+    ClassNameKey m_qualifiedKey;
+    ClassNameKey m_localKey;
+    ClassNameKey m_outputKey;
+    ClassNameKey m_aliasKey;
+    std::uint32_t m_registryIndex = 0;  // place in the registry's list
+};
+
+}  // namespace zorvex_api
