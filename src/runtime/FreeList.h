@@ -40,9 +40,8 @@ public:
 
 private:
     struct Chunk;
-    struct LocalNode;
 
-    void EnsureListed();
+    void Grow();
     void ReleaseIfUnused();
     void ReturnAll(Local& local);
 

@@ -15,7 +15,7 @@ namespace zorvex_api::stored
 
 using Word = const void*;
 
-/// Makes the stored form of a text; it ends at the first 0 unit.
+/// Makes the stored form of a text; null for an empty one.
 Word Make(TextView text);
 /// Another owner's word for the same text.
 Word Share(Word word);
