@@ -1,0 +1,119 @@
+#include "document/ParserImpl.h"
+
+#include "objectmodel/AttributeStore.h"
+
+namespace zorvex_api
+{
+
+namespace
+{
+
+bool IsWhiteSpace(TextView text)
+{
+    return text.find_first_not_of(u" \t\r\n") == text.npos;
+}
+
+}  // namespace
+
+void ParserImpl::Characters(TextView text)
+{
+    if (!m_inDocument || m_skipDepth > 0)
+    {
+        return;
+    }
+    m_text.append(text);
+    const std::size_t gathered = m_inContentElement ? m_container.gathered.size()
+                                 : m_depthOpen > 0  ? Top().gathered.size()
+                                                    : 0;
+    if ((m_text.size() + gathered) * sizeof(char16_t) > limits.valueBytes)
+    {
+        limits.FailValue();
+    }
+}
+
+/// Text is judged in whole runs up to the next tag: the parser may deliver one in pieces.
+void ParserImpl::FlushText()
+{
+    if (m_text.empty())
+    {
+        return;
+    }
+    if (!m_inContentElement)
+    {
+        JudgeRun(Top(), m_text);
+    }
+    else if (!IsWhiteSpace(m_text))
+    {
+        m_container.gathered += m_text;
+    }
+    m_text.clear();
+}
+
+void ParserImpl::JudgeRun(Frame& frame, TextView run)
+{
+    ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(frame.data->GetClassDescriptor());
+    const FieldDescriptor* content = impl->Layout().Content();
+    const bool blank = IsWhiteSpace(run);
+    if (content != nullptr)
+    {
+        if (!blank || content->Type() == zorvexFieldString)
+        {
+            frame.gathered += run;
+        }
+        return;
+    }
+    if (blank)
+    {
+        return;
+    }
+    if (impl->IsRuntimeClass())
+    {
+        impl->AddRuntimeField(u"Content", zorvexFieldString, nullptr, nullptr);
+        frame.gathered += run;
+        return;
+    }
+    Fail(520, String(u"Unexpected element content: <") + impl->Name() + String(u">: >") +
+                  ToString(run) + String(u"<"));
+}
+
+void ParserImpl::StoreContent(Frame& frame)
+{
+    if (frame.gathered.empty())
+    {
+        return;
+    }
+    const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(frame.data->GetClassDescriptor());
+    if (FieldDescriptor* content = impl->Layout().Content())
+    {
+        attribute_store::SetTextQuick(*frame.data, *content, frame.gathered, m_treatEmptyAsSet,
+                                      *result);
+    }
+    frame.gathered.clear();
+}
+
+void ParserImpl::CloseContentElement()
+{
+    m_inContentElement = false;
+    ClassData& data = *Current();
+    if (m_container.form != SAXContainerObject::Form::Field)
+    {
+        StoreBoundText(data, m_container.form, m_container.gathered);
+        return;
+    }
+    if (m_container.gathered.empty())
+    {
+        return;
+    }
+    FieldDescriptor& field = *m_container.field;
+    const FieldData* stored = data.FindField(&field);
+    if (stored != nullptr && stored->IsSet())
+    {
+        // A repeated element: its text joins what stands there.
+        std::u16string joined;
+        attribute_store::AppendText(data, field, *stored, joined);
+        m_container.gathered.insert(0, joined);
+    }
+    attribute_store::SetTextQuick(data, field, m_container.gathered, m_treatEmptyAsSet, *result);
+}
+
+}  // namespace zorvex_api

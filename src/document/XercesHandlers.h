@@ -1,0 +1,102 @@
+#pragma once
+
+#include <xercesc/parsers/SAXParser.hpp>
+#include <xercesc/sax/DocumentHandler.hpp>
+#include <xercesc/sax/ErrorHandler.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+
+#include "document/ParseLimits.h"
+
+namespace zorvex_parser
+{
+
+class Xerces;
+
+/// Counts what a document's entities make of it, against the limits.
+class EntityWatch
+{
+public:
+    EntityWatch(const zorvex_api::ParseLimits& limits, const XMLFilePos& bytesRead);
+
+    /// Text handed to the reader, in units.
+    void CountText(std::uint64_t units)
+    {
+        m_delivered += units;
+        if (m_delivered > zorvex_api::ParseLimits::kAmplificationAllowance)
+        {
+            CheckAmplification();
+        }
+    }
+    void CountExpansion();
+    /// A declared parameter entity: its value may name others, so that its expansions multiply.
+    void CountParameterEntity(const XMLCh* name, const XMLCh* value, XMLSize_t length);
+    [[noreturn]] void FailExpansions() const { m_limits.FailEntityExpansions(); }
+
+private:
+    void CheckAmplification() const;
+
+    const zorvex_api::ParseLimits& m_limits;
+    const XMLFilePos& m_bytesRead;
+    std::uint64_t m_delivered = 0;
+    std::uint64_t m_expansions = 0;
+    // How many entities one use of a parameter entity expands, itself included.
+    std::unordered_map<std::u16string, std::uint64_t> m_weights;
+};
+
+/// The SAX parser with an eye on entities.
+class WatchedParser : public xercesc::SAXParser
+{
+public:
+    explicit WatchedParser(EntityWatch& watch);
+
+    void startEntityReference(const xercesc::XMLEntityDecl& declaration) override;
+    void entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter,
+                    const bool isIgnored) override;
+    void error(const unsigned int code, const XMLCh* const domain,
+               const xercesc::XMLErrorReporter::ErrTypes type, const XMLCh* const text,
+               const XMLCh* const systemId, const XMLCh* const publicId, const XMLFileLoc line,
+               const XMLFileLoc column) override;
+
+private:
+    EntityWatch& m_watch;
+};
+
+/// Hands elements and texts of the document on to the reader.
+class XercesDocumentHandler : public xercesc::DocumentHandler
+{
+public:
+    XercesDocumentHandler(Xerces& parser, EntityWatch& watch);
+
+    void characters(const XMLCh* const text, const XMLSize_t length) override;
+    void startElement(const XMLCh* const name, xercesc::AttributeList& attributes) override;
+    void endElement(const XMLCh* const name) override;
+
+    void endDocument() override {}
+    void ignorableWhitespace(const XMLCh* const, const XMLSize_t) override {}
+    void processingInstruction(const XMLCh* const, const XMLCh* const) override {}
+    void resetDocument() override {}
+    void setDocumentLocator(const xercesc::Locator* const) override {}
+    void startDocument() override {}
+
+private:
+    Xerces& m_parser;
+    std::uint64_t m_countedAttributes = 0;
+    EntityWatch& m_watch;
+};
+
+/// Ends the parse at the first error: both calls throw a copy of the exception.
+class XercesErrorHandler : public xercesc::ErrorHandler
+{
+public:
+    void warning(const xercesc::SAXParseException&) override {}
+    void error(const xercesc::SAXParseException& exception) override;
+    void fatalError(const xercesc::SAXParseException& exception) override;
+    void resetErrors() override {}
+};
+
+}  // namespace zorvex_parser
