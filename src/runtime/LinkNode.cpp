@@ -1,5 +1,6 @@
 #include "zorvex_api/LinkNode.h"
 
+#include "runtime/HookBlocks.h"
 #include "runtime/LinkNodeOwner.h"
 
 namespace zorvex_api
@@ -46,6 +47,7 @@ LinkNode::LinkNode(int (*initialiser)(void*), int kind)
     }
     if (kind == kPlugin)
     {
+        const internal::UnhookedScope outlivesTheSession;
         owner->Joined(*this);
     }
     else if (m_pRegisterNode == nullptr)

@@ -7,7 +7,9 @@
 #include <xercesc/util/TransService.hpp>
 #include <xercesc/util/XMLUniDefs.hpp>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 namespace zorvex_api
 {
@@ -24,6 +26,12 @@ struct Services
 
 Services* g_services = nullptr;  // owned; null while the libraries are down
 bool g_up = false;
+
+std::vector<void (*)()>& EndHooks()
+{
+    static std::vector<void (*)()> hooks;
+    return hooks;
+}
 
 std::unique_ptr<Services> MakeServices()
 {
@@ -85,11 +93,24 @@ void XmlPlatform::End()
     {
         return;
     }
+    for (void (*hook)() : EndHooks())
+    {
+        hook();
+    }
     delete g_services;
     g_services = nullptr;
     XalanTerminate(0);
     xercesc::XMLPlatformUtils::Terminate();
     g_up = false;
+}
+
+void XmlPlatform::BeforeEnd(void (*hook)())
+{
+    std::vector<void (*)()>& hooks = EndHooks();
+    if (std::find(hooks.begin(), hooks.end(), hook) == hooks.end())
+    {
+        hooks.push_back(hook);
+    }
 }
 
 }  // namespace zorvex_api

@@ -11,6 +11,10 @@ public:
     /// False when a library doesn't start.
     static bool Start();
     static void End();
+
+    /// Registers a release of what was made with the libraries: it runs before each end. Called
+    /// while the library is loaded or from one thread.
+    static void BeforeEnd(void (*hook)());
 };
 
 }  // namespace zorvex_api
