@@ -1,0 +1,106 @@
+#include "zorvex_api/Load.h"
+
+#include <memory>
+#include <vector>
+
+#include "objectmodel/ObjectPin.h"
+#include "transport/LoadRoutine.h"
+#include "zorvex_api/Configuration.h"
+#include "zorvex_api/Object.h"
+
+namespace zorvex_api
+{
+
+namespace
+{
+
+// The routine works on a copy of the options.
+Configuration* Unchanged(const Configuration& options)
+{
+    return const_cast<Configuration*>(&options);
+}
+
+// Roots that LoadDocument doesn't give out stay with the first one, which may refer to them.
+constexpr int kSurplusRoots = -24;
+
+using Roots = std::vector<Object*>;
+
+void DestroySurplusRoots(ClassData&, void* data)
+{
+    const std::unique_ptr<Roots> roots(static_cast<Roots*>(data));
+    for (const Object* root : *roots)
+    {
+        delete root;
+    }
+}
+
+[[maybe_unused]] const int g_destroyer =
+    ClassData::RegisterExtensionDestroyer(kSurplusRoots, &DestroySurplusRoots);
+
+void KeepSurplusRoots(const Array<Object*>& documents)
+{
+    auto roots = std::make_unique<Roots>(documents.begin() + 1, documents.end());
+    const ObjectPin first(documents[0]);
+    first->SetExtension(kSurplusRoots, roots.release());
+}
+
+}  // namespace
+
+Result Load(const String& uri, Array<Handle>& handles, Configuration* options)
+{
+    Result result;
+    internal::LoadDocumentInto(uri, handles, options, result, {});
+    return result;
+}
+
+Result Load(const String& uri, const Configuration& options, Array<Handle>& handles)
+{
+    return Load(uri, handles, Unchanged(options));
+}
+
+Result LoadDocument(const String& uri, const Configuration& options, Object** document)
+{
+    Array<Object*> documents;
+    Result result = LoadMultipleDocument(uri, options, documents);
+    if (document != nullptr)
+    {
+        *document = documents.GetSize() > 0 ? documents[0] : nullptr;
+    }
+    if (documents.GetSize() > 1)
+    {
+        KeepSurplusRoots(documents);
+        result.AddError(4,
+                        u"More than one DocumentBase element in the document - the first has been "
+                        u"loaded");
+    }
+    return result;
+}
+
+Result LoadMultipleDocument(const String& uri, const Configuration& options,
+                            Array<Object*>& documents)
+{
+    Result result;
+    Array<Handle> handles;
+    internal::LoadSwitches switches;
+    switches.multiple = true;
+    internal::LoadDocumentInto(uri, handles, Unchanged(options), result, switches);
+    for (const Handle& handle : handles)
+    {
+        if (Object* object = handle.GetObject())
+        {
+            documents.Add(object);
+        }
+    }
+    return result;
+}
+
+Result ResolveURI(const String& uri, Array<Handle>& handles)
+{
+    Result result;
+    internal::LoadSwitches switches;
+    switches.resolveOnly = true;
+    internal::LoadDocumentInto(uri, handles, nullptr, result, switches);
+    return result;
+}
+
+}  // namespace zorvex_api

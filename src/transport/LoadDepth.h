@@ -1,0 +1,33 @@
+#pragma once
+
+namespace zorvex_api
+{
+
+class Configuration;
+class Result;
+class String;
+
+namespace internal
+{
+
+/// Counts the documents of one chain of references that are being loaded on this thread, for the
+/// length of a scope: a.xml pulls in b.xml, which pulls in c.xml, and so on.
+///
+/// Made around each load of a document. The option "adapters/ZORVEX/import/max_documents" of the
+/// outermost load is the limit.
+class LoadDepth
+{
+public:
+    explicit LoadDepth(Configuration* options);
+    ~LoadDepth();
+
+    LoadDepth(const LoadDepth&) = delete;
+    LoadDepth& operator=(const LoadDepth&) = delete;
+
+    /// False, with error 4 that names the option, when the limit is passed: then `uri` must not be
+    /// loaded.
+    bool Allows(const String& uri, Result& result) const;
+};
+
+}  // namespace internal
+}  // namespace zorvex_api
