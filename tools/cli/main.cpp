@@ -50,8 +50,11 @@ int main(int argc, char** argv)
         "Exit code: 0 good, 1 findings or a failure, 2 wrong usage.",
         "zorvex");
     std::vector<std::string> libraries;
-    app.add_option("--library", libraries, "A library of further classes or plug-ins; repeatable")
+    app.add_option("--library", libraries,
+                   "Libraries of further classes or plug-ins, divided by colons")
         ->type_name("NAME")
+        ->envname("ZORVEX_LIBRARIES")
+        ->delimiter(':')
         ->allow_extra_args(false);
     app.set_version_flag("--version", VersionText());
     app.require_subcommand(1);
