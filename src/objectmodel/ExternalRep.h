@@ -71,7 +71,11 @@ struct ExternalRep
     bool HasText() const;
     /// Stores the text as it is.
     void StoreText(TextView newText);
+    /// The format, empty when there is none.
     TextView FormatText() const;
+    /// Stores the format for this reference alone: the predecessor's name counts as "ZORVEX", and
+    /// "unset" as no format.
+    void StoreFormat(TextView newFormat);
 
     // --- target (src/objectmodel) ---------------------------------------------------------------
     bool HasTarget() const;
@@ -79,6 +83,8 @@ struct ExternalRep
     Object* TargetObject() const { return (flags & kHandles) != 0 ? nullptr : target; }
     /// Points at one object, linking it into the target's chain; null clears. Text and format stay.
     void LinkTarget(Object* object);
+    /// Forgets the target or the array of handles. Uses of pulled-in documents aren't given back
+    /// here: see ReleaseTargets.
     void ClearTarget();
 
     // --- behaviour that needs pointers and adapters (src/transport) ------------------------------
@@ -101,8 +107,14 @@ struct ExternalRep
               FieldDescriptor* field, Result& result);
     void GetEscapedText(String& out) const;
     void GetRelativeText(const Pointer& document, String& out) const;
-    /// Lets go of the targets before the record goes: pulled-in documents lose a use.
+    /// Lets go of the targets before they are forgotten: pulled-in documents lose a use. Nothing
+    /// happens for a reference that counts no use and holds no handles.
     void ReleaseTargets();
+
+private:
+    void FreeText();
+    void FreeFormat();
+    void Unlink();
 };
 
 }  // namespace zorvex_api

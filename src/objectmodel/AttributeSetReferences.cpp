@@ -1,0 +1,422 @@
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "objectmodel/AttributeMessages.h"
+#include "objectmodel/AttributeNumbers.h"
+#include "objectmodel/AttributeStore.h"
+#include "objectmodel/AttributeWrite.h"
+#include "objectmodel/ClassDescriptorImpl.h"
+#include "objectmodel/ConfigurationStack.h"
+#include "objectmodel/ExternalRep.h"
+
+/// Storing references: ids and URIs by the objects that they lead to, or by their text.
+
+namespace zorvex_api::attribute_store
+{
+
+namespace
+{
+
+constexpr TextView kSeparators = u" \t\r\n";
+
+// --- making ids -------------------------------------------------------------------------------------
+
+bool CanHaveId(ClassData& object)
+{
+    const ClassDescriptorImpl* descriptor = ClassDescriptorImpl::Of(object.GetClassDescriptor());
+    return descriptor != nullptr && descriptor->IsIdObject() && !descriptor->IsDocumentBase();
+}
+
+/// An object that was read without an id gets one now that something refers to it.
+void EnsureId(ClassData& target)
+{
+    if (!target.id.IsNone())
+    {
+        return;
+    }
+    if (target.owner != nullptr)
+    {
+        target.TakeGeneratedId();
+        return;
+    }
+    target.id.Clear();
+}
+
+/// Makes `id` refer to the object: by its id when both stand in one tree, by a link as long as one
+/// of them has no place yet. False, with `id` empty, for an object of another tree.
+bool PointAt(ClassData& owner, ClassData& target, Id& id)
+{
+    EnsureId(target);
+    id.Clear();
+    if (!target.id.HasValue() || owner.owner == nullptr)
+    {
+        id.SetLink(target.object);
+        return true;
+    }
+    if (target.Root() != owner.Root())
+    {
+        return false;
+    }
+    id.SetValue(target.id);
+    return true;
+}
+
+TextView WithoutHash(TextView id)
+{
+    return !id.empty() && id.front() == u'#' ? id.substr(1) : id;
+}
+
+/// Appends the ids that a reference stands for: one for each handle, or else those of its text.
+Result AppendIds(ClassData& owner, TextView name, const Reference& reference, std::vector<Id>& out)
+{
+    const Array<Handle>& handles = reference.GetHandles();
+    if (handles.GetSize() == 0)
+    {
+        attribute_numbers::ForEachToken(View(reference.GetString()), kSeparators,
+                                        [&](TextView token)
+                                        { out.emplace_back(WithoutHash(token)); });
+        return Result();
+    }
+    for (const Handle& handle : handles)
+    {
+        ClassData* target = ClassData::Of(handle.GetObject());
+        if (target == nullptr || !CanHaveId(*target))
+        {
+            return attribute_message::CannotSet(name);
+        }
+        Id id;
+        if (!PointAt(owner, *target, id))
+        {
+            return attribute_message::OtherRoot(name, View(target->id.ToString()));
+        }
+        out.push_back(std::move(id));
+    }
+    return Result();
+}
+
+bool AreSame(const Id& a, const Id& b)
+{
+    if (a.Link() != nullptr && a.Link() == b.Link())
+    {
+        return true;
+    }
+    return a.Current().HasValue() && a.Current() == b.Current();
+}
+
+// --- making URIs ------------------------------------------------------------------------------------
+
+/// Owns a reference until a field takes it.
+struct DestroyRep
+{
+    void operator()(ExternalRep* reference) const { ExternalRep::Destroy(reference); }
+};
+using OwnedRep = std::unique_ptr<ExternalRep, DestroyRep>;
+
+/// A new record for a URI. `like` (optional) gives the flag "load" and the format.
+OwnedRep MakeUri(ClassData& owner, const Reference& reference, const ExternalRep* like)
+{
+    OwnedRep made(ExternalRep::Make(owner));
+    if (like != nullptr)
+    {
+        made->flags |= like->flags & ExternalRep::kLoad;
+        made->StoreFormat(like->FormatText());
+    }
+    attribute_write::SetUriText(owner, *made, View(reference.GetString()));
+    const Array<Handle>& handles = reference.GetHandles();
+    ClassData* single = handles.GetSize() == 1 ? ClassData::Of(handles[0].GetObject()) : nullptr;
+    if (single != nullptr && CanHaveId(*single))
+    {
+        EnsureId(*single);
+        if (single->Root() == owner.Root())
+        {
+            made->SetTarget(owner.object, single->object);
+            return made;
+        }
+    }
+    if (handles.GetSize() > 0)
+    {
+        made->SetTargets(handles);
+    }
+    return made;
+}
+
+/// The URIs that a reference stands for: one with its handles, or else those of its text.
+void AppendUris(ClassData& owner, const Reference& reference, std::vector<OwnedRep>& out)
+{
+    if (reference.GetHandles().GetSize() > 0)
+    {
+        out.push_back(MakeUri(owner, reference, nullptr));
+        return;
+    }
+    attribute_numbers::ForEachToken(View(reference.GetString()), kSeparators,
+                                    [&](TextView token)
+                                    {
+                                        OwnedRep made(ExternalRep::Make(owner));
+                                        attribute_write::SetUriText(owner, *made, token);
+                                        out.push_back(std::move(made));
+                                    });
+}
+
+bool AreSame(ClassData& owner, const ExternalRep& a, const ExternalRep& b)
+{
+    if (a.TargetObject() != nullptr && a.TargetObject() == b.TargetObject())
+    {
+        return true;
+    }
+    std::u16string first;
+    std::u16string second;
+    AppendReferenceText(owner, a, first);
+    AppendReferenceText(owner, b, second);
+    return !first.empty() && first == second;
+}
+
+// --- setting ----------------------------------------------------------------------------------------
+
+Result SetSingleId(ClassData& owner, FieldDescriptor& field, TextView name,
+                   const Reference& reference)
+{
+    const Array<Handle>& handles = reference.GetHandles();
+    if (handles.GetSize() > 1)
+    {
+        return attribute_message::SizeNotOne("zorvexFieldSingleReference");
+    }
+    ClassData* target = ClassData::Of(handles[0].GetObject());
+    if (target == nullptr || !CanHaveId(*target))
+    {
+        return attribute_message::CannotSet(name);
+    }
+    FieldData* data = attribute_write::NeedRecord(owner, field, owner.FindField(&field));
+    if (!PointAt(owner, *target, *data->SingleId()))
+    {
+        return attribute_message::OtherRoot(name, View(target->id.ToString()));
+    }
+    return Result();
+}
+
+Result SetIds(ClassData& owner, FieldDescriptor& field, TextView name, const Reference* references,
+              int count)
+{
+    std::vector<Id> made;
+    for (int i = 0; i < count; ++i)
+    {
+        Result result = AppendIds(owner, name, references[i], made);
+        if (!result.Ok())
+        {
+            return result;
+        }
+    }
+    FieldData* data = owner.FindField(&field);
+    if (made.empty())
+    {
+        ResetValue(owner, field, data);
+        return Result();
+    }
+    data = attribute_write::NeedRecord(owner, field, data);
+    Array<Id>& ids = *data->Ids();
+    ids.RemoveAll();
+    ids.SetSizeEx(static_cast<int>(made.size()), 0);
+    std::move(made.begin(), made.end(), ids.GetData());
+    return Result();
+}
+
+Result SetSingleUri(ClassData& owner, FieldDescriptor& field, TextView name,
+                    const Reference& reference)
+{
+    const bool isExternal = PartOf(field) != Part::Value;
+    if (isExternal && reference.GetHandles().GetSize() > 1)
+    {
+        return attribute_message::MultipleHandles(name);
+    }
+    FieldData* data = owner.FindField(&field);
+    const bool isSet = data != nullptr && data->IsSet();
+    OwnedRep made = MakeUri(owner, reference, isSet ? data->External() : nullptr);
+    data = attribute_write::NeedRecord(owner, field, data);
+    if (data == nullptr)
+    {
+        return attribute_message::CannotCreate(name, owner);
+    }
+    const OwnedRep old(data->External());
+    data->SetPointer(made.release());
+    return Result();
+}
+
+void AppendTo(Array<ExternalRep*>& list, std::vector<OwnedRep>& made)
+{
+    for (OwnedRep& reference : made)
+    {
+        list.Add(reference.get());
+        reference.release();
+    }
+}
+
+Result SetUris(ClassData& owner, FieldDescriptor& field, const Reference* references, int count)
+{
+    std::vector<OwnedRep> made;
+    for (int i = 0; i < count; ++i)
+    {
+        AppendUris(owner, references[i], made);
+    }
+    FieldData* data = owner.FindField(&field);
+    if (made.empty())
+    {
+        ResetValue(owner, field, data);
+        return Result();
+    }
+    data = attribute_write::NeedRecord(owner, field, data);
+    Array<ExternalRep*>& list = *data->Externals();
+    // The new ones stand before the old ones go: a document that both lead to must not die between.
+    Array<ExternalRep*> old(list);
+    list.SetSizeEx(0, 0);
+    AppendTo(list, made);
+    attribute_write::DestroyAll(old);
+    return Result();
+}
+
+Result SetAsText(ClassData& owner, FieldDescriptor& field, TextView name, const Reference& reference)
+{
+    SetTextOptions options;
+    const TextView text = View(reference.GetString());
+    options.emptyIsValue = text.empty() && configuration_stack::EmptyIsValue();
+    options.markNetwork = false;
+    return SetText(owner, field, name, text, options);
+}
+
+const char* SingleTypeName(const FieldDescriptor& field)
+{
+    if (field.Type() == zorvexFieldSingleReference)
+    {
+        return "zorvexFieldSingleReference";
+    }
+    return PartOf(field) == Part::Value ? "zorvexFieldSingleURI" : "zorvexFieldExternalReference";
+}
+
+Result SetSingle(ClassData& owner, FieldDescriptor& field, TextView name,
+                 const Reference* references, int count)
+{
+    if (count != 1)
+    {
+        return attribute_message::SizeNotOne(SingleTypeName(field));
+    }
+    if (references[0].GetHandles().GetSize() == 0)
+    {
+        return SetAsText(owner, field, name, references[0]);
+    }
+    return field.Type() == zorvexFieldSingleReference
+               ? SetSingleId(owner, field, name, references[0])
+               : SetSingleUri(owner, field, name, references[0]);
+}
+
+bool IsEmptyList(const FieldDescriptor& field, const FieldData* data)
+{
+    if (data == nullptr || !data->IsSet())
+    {
+        return true;
+    }
+    switch (field.Type())
+    {
+    case zorvexFieldMultipleReference:
+        return data->Ids()->GetSize() == 0;
+    case zorvexFieldMultipleURI:
+        return data->Externals()->GetSize() == 0;
+    default:
+        return false;
+    }
+}
+
+Result AddIds(ClassData& owner, TextView name, const Reference& reference, bool skipKnown,
+              Array<Id>& ids)
+{
+    std::vector<Id> made;
+    Result result = AppendIds(owner, name, reference, made);
+    if (!result.Ok())
+    {
+        return result;
+    }
+    bool added = made.empty();
+    for (Id& id : made)
+    {
+        const auto isSame = [&](const Id& known) { return AreSame(known, id); };
+        if (skipKnown && std::any_of(ids.begin(), ids.end(), isSame))
+        {
+            continue;
+        }
+        ids.SetSizeEx(ids.GetSize() + 1, 1);
+        ids.GetData()[ids.GetSize() - 1] = std::move(id);
+        added = true;
+    }
+    return added ? Result() : attribute_message::AlreadyExists();
+}
+
+Result AddUris(ClassData& owner, const Reference& reference, bool skipKnown,
+               Array<ExternalRep*>& list)
+{
+    std::vector<OwnedRep> made;
+    AppendUris(owner, reference, made);
+    const size_t wanted = made.size();
+    if (skipKnown)
+    {
+        const auto isKnown = [&](const OwnedRep& candidate)
+        {
+            return std::any_of(list.begin(), list.end(), [&](const ExternalRep* known)
+                               { return AreSame(owner, *known, *candidate); });
+        };
+        std::erase_if(made, isKnown);
+    }
+    const bool allKnown = made.empty() && wanted > 0;
+    AppendTo(list, made);
+    return allKnown ? attribute_message::AlreadyExists() : Result();
+}
+
+}  // namespace
+
+Result SetReferences(ClassData& owner, FieldDescriptor& field, TextView name,
+                     const Reference* references, int count)
+{
+    const Part part = PartOf(field);
+    if (part == Part::Id || part == Part::Load || (part == Part::Value && !field.IsReference()))
+    {
+        return attribute_message::WrongType(name);
+    }
+    Result result;
+    switch (field.Type())
+    {
+    case zorvexFieldMultipleReference:
+        result = SetIds(owner, field, name, references, count);
+        break;
+    case zorvexFieldMultipleURI:
+        result = SetUris(owner, field, references, count);
+        break;
+    default:
+        result = SetSingle(owner, field, name, references, count);
+        break;
+    }
+    owner.MarkNetwork();
+    return result;
+}
+
+Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
+                     const Reference& reference, bool skipKnown)
+{
+    FieldData* data = PartOf(field) == Part::Id ? nullptr : owner.FindField(&field);
+    if (IsEmptyList(field, data))
+    {
+        return SetReferences(owner, field, name, &reference, 1);
+    }
+    Result result;
+    switch (field.Type())
+    {
+    case zorvexFieldMultipleReference:
+        result = AddIds(owner, name, reference, skipKnown, *data->Ids());
+        break;
+    case zorvexFieldMultipleURI:
+        result = AddUris(owner, reference, skipKnown, *data->Externals());
+        break;
+    default:
+        return attribute_message::IncorrectFieldType();
+    }
+    owner.MarkNetwork();
+    return result;
+}
+
+}  // namespace zorvex_api::attribute_store

@@ -1,0 +1,106 @@
+#include "objectmodel/AttributeWrite.h"
+
+#include "objectmodel/AttributeNumbers.h"
+#include "objectmodel/ClassDescriptorImpl.h"
+#include "objectmodel/ClassRegistry.h"
+#include "objectmodel/ExternalRep.h"
+
+namespace zorvex_api::attribute_write
+{
+
+namespace
+{
+
+/// Whether ".." stands between separators or at an end of the text.
+bool HasParentSegment(TextView text)
+{
+    const auto isSeparator = [](char16_t unit) { return unit == u'/' || unit == u'\\'; };
+    for (size_t at = text.find(u".."); at != TextView::npos; at = text.find(u"..", at + 1))
+    {
+        const bool begins = at == 0 || isSeparator(text[at - 1]);
+        const bool ends = at + 2 == text.size() || isSeparator(text[at + 2]);
+        if (begins && ends)
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+/// The record's own field: "load" and "location" share the object's one of type 11.
+FieldDescriptor* RecordField(ClassData& owner, FieldDescriptor& field)
+{
+    if (!field.IsBuiltIn())
+    {
+        return &field;
+    }
+    ClassDescriptorImpl* descriptor = ClassDescriptorImpl::Of(owner.GetClassDescriptor());
+    return descriptor != nullptr ? descriptor->Layout().ExternalReference() : nullptr;
+}
+
+}  // namespace
+
+FieldData* NeedRecord(ClassData& owner, FieldDescriptor& field, FieldData* data)
+{
+    if (data == nullptr)
+    {
+        FieldDescriptor* recordField = RecordField(owner, field);
+        data = recordField != nullptr ? owner.FindOrAddField(recordField) : nullptr;
+    }
+    return data != nullptr && (data->IsSet() || data->InitEmpty(owner)) ? data : nullptr;
+}
+
+bool IsBelow(ClassData& object, TextView className)
+{
+    const ClassDescriptorImpl* descriptor = ClassDescriptorImpl::Of(object.GetClassDescriptor());
+    return descriptor != nullptr && descriptor->IsSubClass(ClassRegistry::FindByName(className));
+}
+
+void SetUriText(ClassData& owner, ExternalRep& reference, TextView text)
+{
+    if (text.find(u'%') != TextView::npos || HasParentSegment(text))
+    {
+        reference.SetText(owner.object, text, true);
+        return;
+    }
+    reference.ReleaseTargets();
+    reference.ClearTarget();
+    reference.StoreText(text);
+}
+
+void SetLoad(ExternalRep& reference, bool load)
+{
+    reference.flags = load ? reference.flags | ExternalRep::kLoad
+                           : reference.flags & ~ExternalRep::kLoad;
+}
+
+void TellFormat(ClassData& owner, TextView format)
+{
+    for (FieldData* data = owner.fields; data != nullptr; data = data->next)
+    {
+        const int type = data->descriptor->Type();
+        if ((type == zorvexFieldExternalReference || type == zorvexFieldSingleURI) && data->IsSet())
+        {
+            data->External()->SetFormat(owner.object, format, false);
+            return;
+        }
+    }
+}
+
+int CountTokens(TextView text, TextView separators)
+{
+    int count = 0;
+    attribute_numbers::ForEachToken(text, separators, [&](TextView) { ++count; });
+    return count;
+}
+
+void DestroyAll(Array<ExternalRep*>& references)
+{
+    for (ExternalRep* reference : references)
+    {
+        ExternalRep::Destroy(reference);
+    }
+    references.RemoveAll();
+}
+
+}  // namespace zorvex_api::attribute_write
