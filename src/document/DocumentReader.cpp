@@ -39,22 +39,22 @@ void ReportEnd(const ParserImpl& reader, const Array<Object*>& objects, Result& 
     }
     if (!result.Ok() && !reader.lastId.empty())
     {
-        result.AddError(4, String::Format(" ( last id read was: %s ) ",
-                                          ToUtf8(reader.lastId).c_str()));
+        result.AddError(
+            4, String::Format(" ( last id read was: %s ) ", ToUtf8(reader.lastId).c_str()));
     }
 }
 
 }  // namespace
 
 void ParseStream(const String& path, Stream* stream, Configuration* options,
-                 Array<Object*>& objects, ReferenceList* references, Result& result,
-                 int schemaMode, Array<ClassDescriptor*>* createdClasses, bool forceUtf8)
+                 Array<Object*>& objects, ReferenceList* references, Result& result, int schemaMode,
+                 Array<ClassDescriptor*>* createdClasses, bool forceUtf8)
 {
     try
     {
         int isNew = 0;
-        auto* parser = static_cast<Parser*>(
-            internal::FindInstance(kParserType, String(), options, isNew));
+        auto* parser =
+            static_cast<Parser*>(internal::FindInstance(kParserType, String(), options, isNew));
         const std::unique_ptr<Parser> owned(isNew != 0 ? parser : nullptr);
         if (parser == nullptr)
         {

@@ -23,8 +23,8 @@ public:
     struct Name
     {
         String uri;
-        TextView view;   // over `uri`
-        bool known;      // classes of it can exist: registered with the library
+        TextView view;  // over `uri`
+        bool known;     // classes of it can exist: registered with the library
         bool isMain;
         bool isSchemaInstance;
     };

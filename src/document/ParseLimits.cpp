@@ -35,8 +35,9 @@ void ReadLimit(Configuration& options, const char16_t* path, std::uint64_t& limi
 
 [[noreturn]] void Fail(const char16_t* option, std::uint64_t limit)
 {
-    throw Exception(4, String::Format("Limit exceeded: \"%s\" (%llu)", ToUtf8(TextView(option)).c_str(),
-                                      static_cast<unsigned long long>(limit)));
+    throw Exception(
+        4, String::Format("Limit exceeded: \"%s\" (%llu)", ToUtf8(TextView(option)).c_str(),
+                          static_cast<unsigned long long>(limit)));
 }
 
 }  // namespace
@@ -70,8 +71,9 @@ void ParseLimits::FailValue() const
 
 void ParseLimits::FailAmplification()
 {
-    throw Exception(4, u"Limit exceeded: the entities of the document expand to more than 100 "
-                       u"times its size");
+    throw Exception(4,
+                    u"Limit exceeded: the entities of the document expand to more than 100 "
+                    u"times its size");
 }
 
 }  // namespace zorvex_api

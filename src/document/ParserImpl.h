@@ -33,9 +33,9 @@ enum class SubElementMode
 
 /// The document reader: turns the events of a parse into a tree of objects.
 ///
-/// Lives for one parse, inside the Parser. Driven by metadata alone; what it looks up for an element
-/// name under a class is kept for the rest of the parse. Text is gathered and judged at the next
-/// tag; content is stored when its element ends.
+/// Lives for one parse, inside the Parser. Driven by metadata alone; what it looks up for an
+/// element name under a class is kept for the rest of the parse. Text is gathered and judged at the
+/// next tag; content is stored when its element ends.
 class ParserImpl : public Allocator
 {
 public:
@@ -52,20 +52,22 @@ public:
     void EndElement();
     void Characters(TextView text);
 
-    // --- given before the parse -------------------------------------------------------------------
-    Array<Object*>* objects = nullptr;                   // roots, output; owned by the caller
-    ReferenceList* references = nullptr;                 // output; may be null
+    // --- given before the parse
+    // -------------------------------------------------------------------
+    Array<Object*>* objects = nullptr;    // roots, output; owned by the caller
+    ReferenceList* references = nullptr;  // output; may be null
     Result* result = nullptr;
-    Configuration* options = nullptr;                    // may be null
-    String path;                                         // the document's name
-    Array<ClassDescriptor*>* createdClasses = nullptr;   // output; may be null
-    int schemaMode = 0;                                  // an XML schema is being read
-    bool forceUtf8 = false;                              // whatever encoding the document declares
+    Configuration* options = nullptr;                   // may be null
+    String path;                                        // the document's name
+    Array<ClassDescriptor*>* createdClasses = nullptr;  // output; may be null
+    int schemaMode = 0;                                 // an XML schema is being read
+    bool forceUtf8 = false;                             // whatever encoding the document declares
     ParseLimits limits;
 
-    // --- state that callers ask for ---------------------------------------------------------------
-    std::u16string lastId;            // the last id read
-    std::uint64_t attributeUnits = 0; // text of attributes delivered so far
+    // --- state that callers ask for
+    // ---------------------------------------------------------------
+    std::u16string lastId;             // the last id read
+    std::uint64_t attributeUnits = 0;  // text of attributes delivered so far
 
 private:
     /// What an element name means below a class.
@@ -107,7 +109,7 @@ private:
         ClassData* data = nullptr;
         bool convertsBound = false;  // a BoxBound: its corners become centre and half size
         bool embeddedSchema = false;
-        std::u16string gathered;     // content so far; the buffer is used again
+        std::u16string gathered;  // content so far; the buffer is used again
     };
     /// Takes the place of an object while a content element is open: the element holds text alone.
     struct SAXContainerObject
@@ -125,7 +127,8 @@ private:
         std::u16string gathered;
     };
 
-    // --- elements (ReaderElements.cpp) ------------------------------------------------------------
+    // --- elements (ReaderElements.cpp)
+    // ------------------------------------------------------------
     ElementName& InternName(TextView raw);
     void OpenNamespaces(const Parser::UCharList& names, const Parser::UCharList& values);
     ElementNamespace FindNamespace();
@@ -140,8 +143,8 @@ private:
                       const Parser::UCharList& values);
     const Plan* FindPlan(const ElementNamespace& ns);
     Plan MakePlan(const ElementNamespace& ns);
-    void StartSearched(const Plan& plan, const ElementNamespace& ns,
-                       const Parser::UCharList& names, const Parser::UCharList& values);
+    void StartSearched(const Plan& plan, const ElementNamespace& ns, const Parser::UCharList& names,
+                       const Parser::UCharList& values);
     FieldDescriptor* FindNamedField(const ElementNamespace& ns);
     FieldDescriptor* FindSubstituteField(ClassDescriptor* descriptor);
     ClassDescriptor* ClassOfField(FieldDescriptor* field, const ElementNamespace& ns);
@@ -164,7 +167,8 @@ private:
     Frame& PushFrame(ClassData* data);
     ClassDescriptor* MakeRuntimeClass(const ElementNamespace& ns, ClassDescriptor* base);
 
-    // --- attributes (ReaderAttributes.cpp) --------------------------------------------------------
+    // --- attributes (ReaderAttributes.cpp)
+    // --------------------------------------------------------
     void ReadAttributes(ClassData& data, const Parser::UCharList& names,
                         const Parser::UCharList& values);
     void ReadBuiltInAttributes(ClassData& data, const Parser::UCharList& names,
@@ -179,30 +183,37 @@ private:
     void CheckRequired(ClassData& data, const Parser::UCharList& names);
     TextView TakeValue(const unsigned short* value);
 
-    // --- text (ReaderText.cpp) --------------------------------------------------------------------
+    // --- text (ReaderText.cpp)
+    // --------------------------------------------------------------------
     void FlushText();
     void JudgeRun(Frame& frame, TextView run);
     void StoreContent(Frame& frame);
     void CloseContentElement();
 
-    // --- bounds (ReaderBounds.cpp) ----------------------------------------------------------------
+    // --- bounds (ReaderBounds.cpp)
+    // ----------------------------------------------------------------
     bool StartBound(const Parser::UCharList& names, const Parser::UCharList& values);
     void StoreBoundText(ClassData& bound, SAXContainerObject::Form form, TextView text);
     void ConvertBound(ClassData& bound);
 
-    // --- embedded schemas (ReaderSchema.cpp) ------------------------------------------------------
+    // --- embedded schemas (ReaderSchema.cpp)
+    // ------------------------------------------------------
     bool IsEmbeddedSchemaStart() const;
     void BeginEmbeddedSchema();
     void EndEmbeddedSchema(ClassData& schema);
     void LoadReferencedSchema(ClassData& schema);
     void ReleaseEmbeddedSchema(ClassData& schema);
 
-    // --- messages ---------------------------------------------------------------------------------
+    // --- messages
+    // ---------------------------------------------------------------------------------
     void Warn(int code, const String& text);
     void Fail(int code, const String& text);
     std::string LocalUtf8() const { return ToUtf8(m_name->local); }
 
-    ClassData* Current() const { return m_depthOpen > 0 ? m_frames[m_depthOpen - 1].data : nullptr; }
+    ClassData* Current() const
+    {
+        return m_depthOpen > 0 ? m_frames[m_depthOpen - 1].data : nullptr;
+    }
     Frame& Top() { return m_frames[m_depthOpen - 1]; }
     ClassData* DocumentRoot() const { return m_frames[0].data; }
 
@@ -222,7 +233,7 @@ private:
     std::uint64_t m_skipDepth = 0;
     std::uint64_t m_depth = 0;  // open elements, skipped ones included
     NamespaceScope m_scope;
-    std::u16string m_text;      // the run of text in hand
+    std::u16string m_text;  // the run of text in hand
     ElementName* m_name = nullptr;
     std::unordered_map<std::u16string_view, std::unique_ptr<ElementName>> m_elementNames;
     unsigned m_defaultVersion = ~0u;  // scope version for which m_default was found

@@ -1,6 +1,8 @@
 #include "document/ParserPlugin.h"
 
 #include "document/ParserImpl.h"
+#include "transport/PluginInstances.h"
+#include "transport/PluginSlots.h"
 #include "zorvex_api/Parser.h"
 #include "zorvex_api/PluginDescriptor.h"
 #include "zorvex_api/PluginProcessData.h"
@@ -12,7 +14,6 @@ namespace zorvex_api
 namespace
 {
 
-constexpr int kParserType = 2;
 PluginDescriptor* g_baseDescriptor = nullptr;  // owned by the plug-in registry
 
 }  // namespace
@@ -27,7 +28,8 @@ int InitParserBase(void* descriptor)
         return 0;
     }
     g_baseDescriptor = static_cast<PluginDescriptor*>(descriptor);
-    g_baseDescriptor->SetType(kParserType);
+    g_baseDescriptor->SetType(kParserPlugin);
+    SetParserRelease([](void* parser) { delete static_cast<Parser*>(parser); });
     return 1;
 }
 

@@ -230,8 +230,8 @@ bool ParserImpl::ReadRuntimeAttribute(ClassData& data, TextView rawName, TextVie
                                       ns != nullptr ? &prefix : nullptr);
         if (field == nullptr)
         {
-            Warn(520, String::Format("Cannot add attribute: \"%s\" to: <%s>",
-                                     ToUtf8(name).c_str(), LocalUtf8().c_str()));
+            Warn(520, String::Format("Cannot add attribute: \"%s\" to: <%s>", ToUtf8(name).c_str(),
+                                     LocalUtf8().c_str()));
             return false;
         }
     }
@@ -262,9 +262,9 @@ void ParserImpl::CheckRequired(ClassData& data, const Parser::UCharList& names)
         }
         if (!named)
         {
-            Warn(518, String::Format("Missing attribute: \"%s\", element: \"%s\"",
-                                     ToUtf8(field->NameView()).c_str(),
-                                     ToUtf8(impl->Name()).c_str()));
+            Warn(518,
+                 String::Format("Missing attribute: \"%s\", element: \"%s\"",
+                                ToUtf8(field->NameView()).c_str(), ToUtf8(impl->Name()).c_str()));
         }
     }
 }

@@ -66,17 +66,16 @@ ParserImpl::~ParserImpl() = default;
 
 void ParserImpl::Prepare()
 {
-    m_ignoreUnknown =
-        OptionText(options, u"adapters/ZORVEX/ignore_unknown_elements") != u"false";
+    m_ignoreUnknown = OptionText(options, u"adapters/ZORVEX/ignore_unknown_elements") != u"false";
     m_savedIgnoreUnknown = m_ignoreUnknown;
-    m_treatEmptyAsSet =
-        OptionText(options, u"adapters/ZORVEX/empty_attributes") == u"treat_as_set";
+    m_treatEmptyAsSet = OptionText(options, u"adapters/ZORVEX/empty_attributes") == u"treat_as_set";
     m_checkDocument = OptionText(options, u"adapters/ZORVEX/validation/load_save") != u"minimal";
     m_subElements =
         SubElementModeOf(OptionText(options, u"adapters/ZORVEX/import/multiple_sub_elements"));
 
     {
-        // Registered namespaces are the outermost. One without a prefix is no default of a document.
+        // Registered namespaces are the outermost. One without a prefix is no default of a
+        // document.
         const MutexLock lock(kNamespaceMutex);
         for (const Namespace* ns = Namespace::First(); ns != nullptr; ns = ns->Next())
         {
@@ -285,14 +284,12 @@ void ParserImpl::ReportNamespace(const ElementNamespace& ns, TextView rawName)
 {
     if (ns.assumed)
     {
-        Warn(kInvalid,
-             String::Format("No namespace for element: <%s>: assuming zorvex intended",
-                            ToUtf8(rawName).c_str()));
+        Warn(kInvalid, String::Format("No namespace for element: <%s>: assuming zorvex intended",
+                                      ToUtf8(rawName).c_str()));
     }
     else if (ns.name == nullptr && !ns.known)
     {
-        Fail(kInvalid,
-             String(u"No namespace for element: <") + ToString(rawName) + String(u">"));
+        Fail(kInvalid, String(u"No namespace for element: <") + ToString(rawName) + String(u">"));
     }
 }
 
@@ -540,8 +537,8 @@ void ParserImpl::StartOpen(const ElementNamespace& ns, const Parser::UCharList& 
     FieldDescriptor* field = parent->Layout().FindElement(m_name->local);
     if (field == nullptr || field->Type() == zorvexFieldContentElement)
     {
-        field = parent->AddRuntimeField(m_name->local, zorvexFieldMultipleElement, descriptor,
-                                        nullptr);
+        field =
+            parent->AddRuntimeField(m_name->local, zorvexFieldMultipleElement, descriptor, nullptr);
     }
     OpenObject(descriptor, field, nullptr, names, values);
 }
@@ -571,8 +568,7 @@ void ParserImpl::StartUnfielded(ClassDescriptor* found, const ElementNamespace& 
 }
 
 void ParserImpl::StartUnderWildcard(ClassDescriptor* found, const ElementNamespace& ns,
-                                    const Parser::UCharList& names,
-                                    const Parser::UCharList& values)
+                                    const Parser::UCharList& names, const Parser::UCharList& values)
 {
     FieldDescriptor* wildcard =
         ClassDescriptorImpl::Of(Current()->GetClassDescriptor())->Layout().Wildcard();
@@ -581,8 +577,7 @@ void ParserImpl::StartUnderWildcard(ClassDescriptor* found, const ElementNamespa
     {
         const ClassDescriptorImpl* root =
             ClassDescriptorImpl::Of(DocumentRoot()->GetClassDescriptor());
-        const bool inDelta =
-            root->InMainNamespace() && View(root->OutputName()) == u"ZORVEXDelta";
+        const bool inDelta = root->InMainNamespace() && View(root->OutputName()) == u"ZORVEXDelta";
         if (m_ignoreUnknown && !inDelta)
         {
             Fail(kInvalid, String(u"Unknown element: ") + ToString(m_name->local));
@@ -609,8 +604,8 @@ bool ParserImpl::StartSchemaInfo(const Parser::UCharList& names, const Parser::U
     FieldDescriptor* field = parent->Layout().FindElement(m_name->local);
     if (field == nullptr)
     {
-        field = parent->AddRuntimeField(m_name->local, zorvexFieldMultipleElement, descriptor,
-                                        nullptr);
+        field =
+            parent->AddRuntimeField(m_name->local, zorvexFieldMultipleElement, descriptor, nullptr);
     }
     OpenObject(descriptor, field, nullptr, names, values);
     return true;
@@ -717,9 +712,8 @@ void ParserImpl::RefuseChild(ClassData& data)
     Object* parent = Current()->object;
     const String parentName = parent->GetElementName();
     delete data.object;
-    throw Exception(kInvalid,
-                    String::Format("Unable to add <%s> to parent <%s>", LocalUtf8().c_str(),
-                                   ToUtf8(parentName).c_str()));
+    throw Exception(kInvalid, String::Format("Unable to add <%s> to parent <%s>",
+                                             LocalUtf8().c_str(), ToUtf8(parentName).c_str()));
 }
 
 /// Null where the name follows from the field and the class.

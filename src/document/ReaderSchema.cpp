@@ -29,9 +29,8 @@ bool IsMainSchemaClass(ClassDescriptor* descriptor)
 
 bool ParserImpl::IsEmbeddedSchemaStart() const
 {
-    return m_name->local == u"schema" && m_inDocument && m_skipDepth == 0 &&
-           !m_inEmbeddedSchema && Current() != nullptr &&
-           IsMainSchemaClass(Current()->GetClassDescriptor());
+    return m_name->local == u"schema" && m_inDocument && m_skipDepth == 0 && !m_inEmbeddedSchema &&
+           Current() != nullptr && IsMainSchemaClass(Current()->GetClassDescriptor());
 }
 
 void ParserImpl::BeginEmbeddedSchema()

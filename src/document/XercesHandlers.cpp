@@ -42,8 +42,9 @@ void EntityWatch::CountExpansion()
 
 void EntityWatch::CountParameterEntity(const XMLCh* name, const XMLCh* value, XMLSize_t length)
 {
-    // The value as declared: character references to "%" are resolved in it, so the names that a use
-    // will expand stand there. Entities declared later can't be expanded by it before they exist.
+    // The value as declared: character references to "%" are resolved in it, so the names that a
+    // use will expand stand there. Entities declared later can't be expanded by it before they
+    // exist.
     std::uint64_t weight = 1;
     const std::u16string_view text(value != nullptr ? value : u"", value != nullptr ? length : 0);
     for (std::size_t at = text.find(u'%'); at != text.npos; at = text.find(u'%', at + 1))

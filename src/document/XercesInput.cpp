@@ -33,9 +33,8 @@ XMLSize_t XercesBinInputStream::ReadStream(XMLByte* buffer, XMLSize_t size)
     const int count = m_stream->Read(buffer, static_cast<int>(size), 1, 0);
     if (count < 0)
     {
-        throw Exception(520,
-                        String::Format("Unable to read from stream: \"%s\".",
-                                       zorvex_api::ToUtf8(m_stream->GetName()).c_str()));
+        throw Exception(520, String::Format("Unable to read from stream: \"%s\".",
+                                            zorvex_api::ToUtf8(m_stream->GetName()).c_str()));
     }
     return static_cast<XMLSize_t>(count);
 }

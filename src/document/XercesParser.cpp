@@ -89,8 +89,7 @@ void RunParser(Xerces& plugin, Stream* stream, Configuration* options)
     Configure(parser, options, securityManager);
 
     const bool filter = OptionIs(options, u"adapters/ZORVEX/char_filter", u"true");
-    const XercesInputSource source(stream, filter, reader.forceUtf8,
-                                   &bytesRead);
+    const XercesInputSource source(stream, filter, reader.forceUtf8, &bytesRead);
     parser.parse(source);
 }
 
@@ -168,8 +167,7 @@ void Xerces::Process(PluginProcessData* data)
     }
     auto* options = GetSlot<Configuration>(*data, kOptionsSlot);
     String ignored;
-    if (options != nullptr &&
-        options->Get(u"adapters/ZORVEX/import/transform", ignored) != nullptr)
+    if (options != nullptr && options->Get(u"adapters/ZORVEX/import/transform", ignored) != nullptr)
     {
         // Stylesheets on the way in are an operation that this plug-in doesn't have.
         result->AddError(6, u"Invalid Parser operation code.");

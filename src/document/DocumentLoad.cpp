@@ -1,0 +1,211 @@
+#include "document/DocumentLoad.h"
+
+#include "document/DocumentReader.h"
+#include "objectmodel/ClassData.h"
+#include "objectmodel/ExternalRep.h"
+#include "objectmodel/IdTable.h"
+#include "objectmodel/ObjectPin.h"
+#include "transport/DocumentPointer.h"
+#include "transport/LoadText.h"
+#include "transport/PluginInstances.h"
+#include "transport/PluginLock.h"
+#include "transport/PluginSlots.h"
+#include "zorvex_api/Adapter.h"
+#include "zorvex_api/Configuration.h"
+#include "zorvex_api/Result.h"
+#include "zorvex_api/Stream.h"
+#include "zorvex_api/URIResolver.h"
+
+namespace zorvex_adapter
+{
+
+using namespace zorvex_api;
+using namespace zorvex_api::internal;
+
+DocumentLoad::DocumentLoad(Adapter& adapter, const PluginProcessData& data)
+    : m_adapter(adapter),
+      m_result(*GetSlot<Result>(data, kResultSlot)),
+      m_options(GetSlot<Configuration>(data, kOptionsSlot)),
+      m_resolver(GetSlot<URIResolver>(data, kResolverSlot)),
+      m_handles(*GetSlot<Array<Handle>>(data, kHandlesSlot))
+{
+    if (m_resolver == nullptr)
+    {
+        m_resolver = FindStoredResolver(m_options);
+    }
+}
+
+void DocumentLoad::Run()
+{
+    try
+    {
+        RunSteps();
+    }
+    catch (...)
+    {
+        m_result.AddError(4, String(u"ZORVEX Adapter: Exception whilst loading stream ") +
+                                 m_adapter.GetContext());
+    }
+    delete m_stream;
+    m_stream = nullptr;
+}
+
+void DocumentLoad::RunSteps()
+{
+    m_stream = OpenStream();
+    if (m_stream == nullptr)
+    {
+        return;
+    }
+    m_adapter.ConstructPointer(m_pointer);
+    try
+    {
+        Parse();
+    }
+    catch (...)
+    {
+        HandOut();  // what was built is the caller's
+        throw;
+    }
+    HandOut();
+    ResolveReferences();
+    ReportEnd();
+    MarkRoots();
+}
+
+/// The stream of the adapter below, or null with the reason in the Result.
+Stream* DocumentLoad::OpenStream()
+{
+    Result opened;
+    Stream* stream = nullptr;
+    unsigned int mode = kGetStreamOrHandles;
+    PluginProcessData get;
+    get.m_operation = ZORVEX_OP_ADAPTER_GET;
+    get.Set(kResultSlot, &opened);
+    get.Set(kOptionsSlot, m_options);
+    get.Set(kHandlesSlot, &m_handles);
+    get.Set(kResolverSlot, m_resolver);
+    get.Set(kStreamOutSlot, &stream);
+    get.Set(kModeSlot, &mode);
+    const int handlesBefore = m_handles.GetSize();
+    if (m_adapter.GetPrevious() != nullptr)
+    {
+        ProcessLocked(m_adapter.GetPrevious(), get);
+    }
+    m_result.Merge(opened);
+    if (opened.Ok() != 0 && stream != nullptr)
+    {
+        return stream;
+    }
+    delete stream;
+    if (opened.Ok() != 0 && m_handles.GetSize() == handlesBefore)
+    {
+        Pointer pointer;
+        m_adapter.ConstructPointer(pointer);
+        m_result.AddError(
+            4, String::Format("Unable to load: \"%s\"", ToUtf8(pointer.GetString()).c_str()));
+    }
+    return nullptr;
+}
+
+void DocumentLoad::Parse()
+{
+    const Adapter* below = m_adapter.GetPrevious();
+    const String folder = below != nullptr ? below->GetContext() : String();
+    const String path = folder + String(u"/") + m_adapter.GetContext();
+    ParseStream(path, m_stream, m_options, m_objects, &m_references, m_result, 0, nullptr,
+                IsLoadText(m_stream));
+    delete m_stream;
+    m_stream = nullptr;
+}
+
+void DocumentLoad::HandOut()
+{
+    for (int i = 0; i < m_objects.GetSize(); ++i)
+    {
+        const Handle handle(m_objects[i]);
+        RememberDocumentPointer(m_objects[i], m_pointer);
+        if (m_resolver != nullptr && !HasStreamElement(m_pointer))
+        {
+            m_resolver->RegisterObject(handle, m_pointer);
+        }
+        m_handles.Add(handle);
+        m_roots.Add(handle);
+    }
+}
+
+void DocumentLoad::ResolveReferences()
+{
+    for (const ReferenceData& reference : m_references)
+    {
+        ResolveReference(reference);
+    }
+}
+
+void DocumentLoad::ResolveReference(const ReferenceData& reference)
+{
+    const ObjectPin pin(reference.object);
+    const FieldData* stored = pin->FindField(reference.field);
+    if (stored == nullptr || !stored->IsSet())
+    {
+        return;
+    }
+    ExternalRep* rep = nullptr;
+    if (reference.field->Type() != zorvexFieldMultipleURI)
+    {
+        rep = stored->External();
+    }
+    else if (reference.index < stored->Externals()->GetSize())
+    {
+        rep = (*stored->Externals())[reference.index];
+    }
+    if (rep == nullptr)
+    {
+        return;
+    }
+    if ((rep->flags & ExternalRep::kNumericText) != 0)
+    {
+        // The common case: "#id12" of this document.
+        const IdValue wanted(rep->number);
+        for (int i = 0; i < m_roots.GetSize(); ++i)
+        {
+            if (Object* found = ClassData::Of(m_roots[i].GetObject())->ResolveId(wanted))
+            {
+                rep->LinkTarget(found);
+                rep->flags |= rep->format == nullptr ? ExternalRep::kZorvexFormat : 0;
+                return;
+            }
+        }
+        return;
+    }
+    rep->ResolveAfterParse(reference.object, &m_adapter, m_options, m_resolver, reference.field, 1,
+                           m_result, m_roots);
+}
+
+void DocumentLoad::ReportEnd()
+{
+    if (m_objects.GetSize() == 0)
+    {
+        m_result.AddError(4, u"No suitable root element found");
+    }
+    else if (m_result.Ok() == 0)
+    {
+        m_result.AddError(518, WARNING,
+                          String(u"Errors parsing \"") + m_pointer.GetString() + String(u"\""));
+    }
+}
+
+/// Each root's document network is to be found anew.
+void DocumentLoad::MarkRoots()
+{
+    for (int i = 0; i < m_roots.GetSize(); ++i)
+    {
+        ClassData& root = *ClassData::Of(m_roots[i].GetObject())->Root();
+        if ((root.stateFlags & ClassData::kParserOwned) == 0)
+        {
+            root.stateFlags |= ClassData::kNetworkStale;
+        }
+    }
+}
+
+}  // namespace zorvex_adapter

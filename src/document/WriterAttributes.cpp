@@ -1,0 +1,233 @@
+#include "document/ZORVEXWriter.h"
+
+#include <cstdio>
+
+#include "objectmodel/AttributeStore.h"
+#include "objectmodel/ExternalRep.h"
+#include "runtime/StoredText.h"
+#include "transport/DocumentPointer.h"
+#include "transport/PluginInstances.h"
+#include "zorvex_api/Configuration.h"
+#include "zorvex_api/Pointer.h"
+#include "zorvex_api/URIResolver.h"
+#include "zorvex_api/URIResolverRef.h"
+
+namespace zorvex_adapter
+{
+
+using namespace zorvex_api;
+
+namespace
+{
+
+bool IsBlank(std::string_view text)
+{
+    return text.find_first_not_of(' ') == text.npos;
+}
+
+bool HoldsUris(const FieldDescriptor& field)
+{
+    return field.Type() == zorvexFieldSingleURI || field.Type() == zorvexFieldMultipleURI ||
+           field.Type() == zorvexFieldExternalReference;
+}
+
+/// The reference at a place of a field, asked for anew after each call that can change the tree.
+ExternalRep* ReferenceAt(ClassData& data, FieldDescriptor& field, int index)
+{
+    const FieldData* stored = data.FindField(&field);
+    if (stored == nullptr || !stored->IsSet())
+    {
+        return nullptr;
+    }
+    if (stored->descriptor->Type() != zorvexFieldMultipleURI)
+    {
+        return index == 0 ? stored->External() : nullptr;
+    }
+    Array<ExternalRep*>& all = *stored->Externals();
+    return index < all.GetSize() ? all[index] : nullptr;
+}
+
+}  // namespace
+
+void ZORVEXWriter::WriteAttributes(ClassData& data, FieldDescriptor* holdingField)
+{
+    if (m_pointers)
+    {
+        char address[32];
+        const int length =
+            std::snprintf(address, sizeof(address), "%p", static_cast<void*>(data.object));
+        m_textStream.WritePlainAttribute(
+            "objectPtr", std::string_view(address, static_cast<std::size_t>(length)));
+    }
+    const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(data.GetClassDescriptor());
+    const bool suppressed = holdingField != nullptr && holdingField->SuppressId();
+    if (descriptor.IsIdObject() && !descriptor.IsDocumentBase() && data.id.HasValue() &&
+        !suppressed)
+    {
+        m_value.clear();
+        data.id.AppendTo(m_value);
+        m_textStream.WriteReferenceAttribute("id", std::string_view(m_value));
+    }
+    for (FieldDescriptor* field : descriptor.Layout().BaseFirst())
+    {
+        if (field->IsAttribute() && field->Type() != zorvexFieldContentElement &&
+            !(field->IsBuiltIn() && field == FieldDescriptor::BuiltIn(FieldDescriptor::kId)))
+        {
+            WriteField(data, *field);
+        }
+    }
+}
+
+void ZORVEXWriter::WriteField(ClassData& data, FieldDescriptor& field)
+{
+    const FieldData* stored = data.FindField(&field);
+    const bool isSet = stored != nullptr && stored->IsSet();
+    if (!isSet && !field.IsRequired())
+    {
+        return;
+    }
+    const bool equalsDefault = ValueOf(data, field, stored);
+    if (IsBlank(m_value))
+    {
+        m_value.clear();
+    }
+    if (!field.IsRequired())
+    {
+        const bool wanted = m_value.empty() ? m_treatEmptyAsSet && isSet : !equalsDefault;
+        if (!wanted)
+        {
+            return;
+        }
+    }
+    const bool lowerFirst = field.Owner() != nullptr && !field.Owner()->HasSchemaFile();
+    const bool mayBreak =
+        field.Type() == zorvexFieldMultipleReference || field.Type() == zorvexFieldMultipleURI;
+    if (mayBreak)
+    {
+        m_textStream.SetWrap(1);
+    }
+    m_textStream.WriteAttribute(field.Utf8XmlName(), std::string_view(m_value), lowerFirst);
+    if (mayBreak)
+    {
+        m_textStream.SetWrap(0);
+    }
+}
+
+/// Brings the field's text into m_value; true when it equals the field's default.
+bool ZORVEXWriter::ValueOf(ClassData& data, FieldDescriptor& field, const FieldData* stored)
+{
+    m_value.clear();
+    if (stored == nullptr || !stored->IsSet())
+    {
+        m_value = ToUtf8(field.DefaultView());
+        return field.HasDefault();
+    }
+    if (HoldsUris(field))
+    {
+        AppendUris(data, field, *stored);
+    }
+    else
+    {
+        attribute_store::AppendUtf8(data, field, *stored, m_value);
+    }
+    return field.HasDefault() && ToUtf8(field.DefaultView()) == m_value;
+}
+
+void ZORVEXWriter::AppendUris(ClassData& data, FieldDescriptor& field, const FieldData& stored)
+{
+    if (field.Type() == zorvexFieldExternalReference && field.NameView() == u"load")
+    {
+        if ((stored.External()->flags & ExternalRep::kLoad) != 0)
+        {
+            m_value = "true";
+        }
+        return;
+    }
+    const int count = field.Type() == zorvexFieldMultipleURI ? stored.Externals()->GetSize() : 1;
+    for (int i = 0; i < count; ++i)
+    {
+        if (i > 0)
+        {
+            m_value += ' ';
+        }
+        AppendUri(data, field, i);
+    }
+}
+
+void ZORVEXWriter::AppendUri(ClassData& data, FieldDescriptor& field, int index)
+{
+    const ExternalRep* rep = ReferenceAt(data, field, index);
+    if (rep == nullptr)
+    {
+        return;
+    }
+    if (rep->HasTarget())
+    {
+        m_hasExternalReference = true;
+        ClassData* target = ClassData::Of(rep->TargetObject());
+        if (target != nullptr && target->id.HasValue() && target->Root() == data.Root())
+        {
+            m_value += '#';
+            target->id.AppendTo(m_value);
+            return;
+        }
+        AppendForeignUri(data, field, index);
+        return;
+    }
+    if ((rep->flags & ExternalRep::kNumericText) != 0)
+    {
+        rep->AppendText(m_value);
+        return;
+    }
+    String text;
+    rep->GetEscapedText(text);
+    if (m_referenceMode == 0)
+    {
+        // As it stands, if a reader makes the same of it.
+        const String plain = rep->GetText();
+        String readBack;
+        Pointer::UnescapeString(plain, readBack, 8);
+        text = readBack == plain ? plain : text;
+    }
+    m_value += ToUtf8(text);
+}
+
+/// A reference to another document, which following it may save first.
+void ZORVEXWriter::AppendForeignUri(ClassData& data, FieldDescriptor& field, int index)
+{
+    std::string before =
+        std::move(m_value);  // a nested save uses a writer of its own, not this text
+    if (!m_xmlOnly)
+    {
+        ReferenceAt(data, field, index)
+            ->Save(data.object, m_adapter, m_referenceMode, m_options, &field, m_result);
+    }
+    m_value = std::move(before);
+    if (const ExternalRep* rep = ReferenceAt(data, field, index))
+    {
+        String text;
+        rep->GetRelativeText(m_xmlOnly ? PointerOf(data.Root()->object) : m_document, text);
+        m_value += ToUtf8(text);
+    }
+}
+
+/// Where the tree that is being written belongs: as the resolver knows it, as it was loaded or
+/// saved first, or else where it is being written to.
+const Pointer& ZORVEXWriter::PointerOf(Object* root)
+{
+    if (m_rootPointer != nullptr)
+    {
+        return *m_rootPointer;
+    }
+    m_rootPointer = std::make_unique<Pointer>();
+    const URIResolverRef resolver(internal::FindStoredResolver(m_options));
+    if (resolver.GetURIResolver() == nullptr ||
+        resolver->FindPointer(Handle(root), *m_rootPointer) == 0)
+    {
+        const Pointer* remembered = internal::GetDocumentPointer(root);
+        *m_rootPointer = remembered != nullptr ? *remembered : m_document;
+    }
+    return *m_rootPointer;
+}
+
+}  // namespace zorvex_adapter

@@ -1,0 +1,294 @@
+#include "document/ZORVEXWriter.h"
+
+#include "objectmodel/AttributeStore.h"
+#include "objectmodel/ElementList.h"
+#include "runtime/StoredText.h"
+#include "zorvex_api/Configuration.h"
+#include "zorvex_api/Pointer.h"
+
+namespace zorvex_adapter
+{
+
+using namespace zorvex_api;
+
+namespace
+{
+
+String OptionText(Configuration* options, const char16_t* path)
+{
+    String value;
+    if (options != nullptr)
+    {
+        options->Get(path, value);
+    }
+    return value;
+}
+
+int ReferenceModeOf(const String& text)
+{
+    if (text == u"off")
+    {
+        return 0;
+    }
+    return text == u"translate" ? 1 : 2;
+}
+
+bool Contains(const String& text, TextView part)
+{
+    return View(text).find(part) != TextView::npos;
+}
+
+}  // namespace
+
+ZORVEXWriter::ZORVEXWriter(Adapter* adapter, Configuration* options, Stream* stream,
+                           const Pointer& document)
+    : m_adapter(adapter), m_options(options), m_document(document), m_textStream(stream, options, 0)
+{
+    m_referenceMode = ReferenceModeOf(OptionText(options, u"adapters/ZORVEX/references"));
+    const String mode = OptionText(options, u"adapters/ZORVEX/export/mode");
+    m_xmlOnly = Contains(mode, u"xml_only");
+    m_pointers = Contains(mode, u"pointers");
+    m_writesNamespaces = OptionText(options, u"adapters/ZORVEX/export/namespace_list") != u"false";
+    m_treatEmptyAsSet = OptionText(options, u"adapters/ZORVEX/empty_attributes") == u"treat_as_set";
+    m_textStream.SetBuffering(true);
+    m_textStream.SetDocumentRules(true);
+}
+
+ZORVEXWriter::~ZORVEXWriter() = default;
+
+void ZORVEXWriter::Write(Object* root, Result& result)
+{
+    ClassData& data = *ClassData::Of(root);
+    const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(data.GetClassDescriptor());
+    const Name name = NameOfRoot(descriptor);
+    m_textStream.WriteStartTag(name.prefix, name.text, true, false);
+    if (m_writesNamespaces)
+    {
+        WriteNamespaces(root);
+    }
+    OpenElement(data, nullptr, name, true);
+    WriteTree();
+    m_textStream.FlushBuffer();
+    if (m_xmlOnly && m_hasExternalReference)
+    {
+        m_result.AddError(520, WARNING, u"Object contains an external reference.");
+    }
+    ReportReplacements();
+    result.Merge(m_result);
+}
+
+void ZORVEXWriter::ReportReplacements()
+{
+    for (int kind = 0; kind < TextStream::kReplacementKinds; ++kind)
+    {
+        const TextStream::Replaced& replaced =
+            m_textStream.GetReplaced(static_cast<TextStream::Replacement>(kind));
+        if (replaced.happened)
+        {
+            m_result.AddError(520, WARNING,
+                              String::Format("Invalid Unicode character: ( %#x ) index: ( %d )",
+                                             static_cast<unsigned>(replaced.unit), replaced.index));
+        }
+    }
+}
+
+// --- elements ------------------------------------------------------------------------------------
+
+/// Writes what the open elements still hold, deepest first. No recursion: a tree may be deep.
+void ZORVEXWriter::WriteTree()
+{
+    while (!m_frames.empty())
+    {
+        if (!WriteNextContent())
+        {
+            CloseElement();
+        }
+    }
+}
+
+/// The start tag up to its ">"; the root's has been begun already.
+void ZORVEXWriter::OpenElement(ClassData& data, FieldDescriptor* field, const Name& name,
+                               bool isRoot)
+{
+    if (!isRoot)
+    {
+        m_textStream.WriteStartTag(name.prefix, name.text, false, false);
+    }
+    const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(data.GetClassDescriptor());
+    Frame frame{};
+    frame.data = &data;
+    frame.layout = &descriptor.Layout();
+    frame.child = -1;
+    frame.prefix = name.prefix;
+    frame.name = name.text;
+    if (descriptor.IsDocumentBase())
+    {
+        frame.header = frame.layout->FindElement(u"Header");
+    }
+    WriteAttributes(data, field);
+    m_textStream.Write(std::string_view(">"));
+    m_frames.push_back(frame);
+}
+
+void ZORVEXWriter::CloseElement()
+{
+    m_textStream.WriteEndTag(m_frames.back().prefix, m_frames.back().name);
+    m_frames.pop_back();
+}
+
+/// Takes one step in the innermost open element; false when it has nothing more.
+bool ZORVEXWriter::WriteNextContent()
+{
+    const std::size_t depth = m_frames.size();
+    if (m_frames.back().header != nullptr && !m_frames.back().headerDone)
+    {
+        if (WriteNextChild(m_frames.back(), *m_frames.back().header))
+        {
+            return true;
+        }
+        m_frames.back().headerDone = true;
+        m_frames.back().child = -1;
+    }
+    const zorvex_api::FieldSpan fields = m_frames.back().layout->BaseFirst();
+    while (m_frames[depth - 1].field < fields.size())
+    {
+        Frame& frame = m_frames[depth - 1];
+        FieldDescriptor& field = *fields[frame.field];
+        if (field.IsElement() && &field != frame.header && WriteNextChild(frame, field))
+        {
+            return true;
+        }
+        if (field.IsContent() || field.Type() == zorvexFieldContentElement)
+        {
+            const FieldData* stored = frame.data->FindField(&field);
+            if (stored != nullptr && stored->IsSet())
+            {
+                WriteContent(*frame.data, field, *stored);
+            }
+        }
+        frame.child = -1;
+        ++frame.field;
+    }
+    return false;
+}
+
+/// Opens the next child of an element field; false after the last.
+bool ZORVEXWriter::WriteNextChild(Frame& frame, FieldDescriptor& field)
+{
+    const FieldData* stored = frame.data->FindField(&field);
+    if (stored == nullptr || !stored->IsSet())
+    {
+        return false;
+    }
+    const int index = ++frame.child;
+    Object* child = nullptr;
+    if (field.Type() == zorvexFieldSingleElement)
+    {
+        child = index == 0 ? stored->Element() : nullptr;
+    }
+    else if (index < stored->Elements()->Count())
+    {
+        child = stored->Elements()->At(index);
+    }
+    if (child == nullptr)
+    {
+        return false;
+    }
+    ClassData& data = *ClassData::Of(child);
+    OpenElement(data, &field, NameOf(data, &field), false);
+    return true;
+}
+
+void ZORVEXWriter::WriteContent(ClassData& data, FieldDescriptor& field, const FieldData& stored)
+{
+    m_value.clear();
+    attribute_store::AppendUtf8(data, field, stored, m_value);
+    if (m_value.empty())
+    {
+        return;
+    }
+    if (field.IsContent())
+    {
+        m_textStream.WriteText(std::string_view(m_value));
+        return;
+    }
+    const std::string_view prefix =
+        field.Owner() != nullptr ? PrefixOf(*field.Owner()) : std::string_view();
+    m_textStream.WriteStartTag(prefix, field.Utf8XmlName(), false, false);
+    m_textStream.Write(std::string_view(">"));
+    m_textStream.WriteText(std::string_view(m_value));
+    m_textStream.WriteEndTag(prefix, field.Utf8XmlName());
+}
+
+// --- names ---------------------------------------------------------------------------------------
+
+std::string_view ZORVEXWriter::KeepText(const String& text)
+{
+    std::string utf8 = ToUtf8(text);
+    auto& kept = m_texts[utf8];
+    if (kept == nullptr)
+    {
+        kept = std::make_unique<std::string>(std::move(utf8));
+    }
+    return *kept;
+}
+
+std::string_view ZORVEXWriter::PrefixOf(const ClassDescriptorImpl& descriptor)
+{
+    const auto found = m_prefixes.find(&descriptor);
+    if (found != m_prefixes.end())
+    {
+        return found->second;
+    }
+    return m_prefixes.emplace(&descriptor, ToUtf8(descriptor.NamespacePrefix())).first->second;
+}
+
+ZORVEXWriter::Name ZORVEXWriter::NameOfRoot(const ClassDescriptorImpl& descriptor)
+{
+    std::string_view name = descriptor.Utf8OutputName();
+    if (descriptor.InMainNamespace() && name == "Document")
+    {
+        name = "ZORVEX";
+    }
+    else if (descriptor.InMainNamespace() && name == "RequestDocument")
+    {
+        name = "ZORVEXRequest";
+    }
+    return {PrefixOf(descriptor), name};
+}
+
+/// The name under which the reader found the child, or what follows from its field and class.
+ZORVEXWriter::Name ZORVEXWriter::NameOf(ClassData& child, FieldDescriptor* field)
+{
+    const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(child.GetClassDescriptor());
+    const ClassDescriptorImpl* fieldClass = ClassDescriptorImpl::Of(field->Class());
+    const bool substitute =
+        fieldClass != nullptr && fieldClass != &descriptor && descriptor.IsSubClass(fieldClass);
+    const bool hasXmlName = !field->XmlNameView().empty();
+    Name name{PrefixOf(descriptor), {}};
+    if (name.prefix.empty() && hasXmlName && !substitute)
+    {
+        name.prefix = field->Prefix().IsEmpty() ? std::string_view() : KeepText(field->Prefix());
+    }
+    const String* remembered = child.elementName;
+    if (remembered == nullptr)
+    {
+        name.text = substitute || !hasXmlName ? std::string_view(descriptor.Utf8OutputName())
+                                              : std::string_view(field->Utf8XmlName());
+    }
+    else if (remembered == &descriptor.OutputName())
+    {
+        name.text = descriptor.Utf8OutputName();
+    }
+    else if (remembered == &field->XmlName())
+    {
+        name.text = field->Utf8XmlName();
+    }
+    else
+    {
+        name.text = KeepText(*remembered);
+    }
+    return name;
+}
+
+}  // namespace zorvex_adapter

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "objectmodel/ClassData.h"
+#include "objectmodel/ClassDescriptorImpl.h"
+#include "transport/TextStream.h"
+#include "zorvex_api/Result.h"
+
+namespace zorvex_api
+{
+class Adapter;
+class Configuration;
+class Pointer;
+class Stream;
+class URIResolver;
+}  // namespace zorvex_api
+
+namespace zorvex_adapter
+{
+
+using zorvex_api::ClassData;
+using zorvex_api::ClassDescriptorImpl;
+using zorvex_api::FieldData;
+using zorvex_api::FieldDescriptor;
+using zorvex_api::Object;
+using zorvex_api::Result;
+
+/// Writes an object tree as a document, by metadata alone.
+///
+/// Made when the target is open, deleted before the target is closed. Reads the tree without
+/// changing it, apart from the texts of references that following them saves. A failed write raises
+/// the Exception of TextStream.
+class ZORVEXWriter
+{
+public:
+    /// `adapter` stands below the adapter of the document; `document` is the pointer of the save
+    /// under way. `options` may be null. None is owned; all outlive the writer.
+    ZORVEXWriter(zorvex_api::Adapter* adapter, zorvex_api::Configuration* options,
+                 zorvex_api::Stream* stream, const zorvex_api::Pointer& document);
+    ~ZORVEXWriter();
+    ZORVEXWriter(const ZORVEXWriter&) = delete;
+    ZORVEXWriter& operator=(const ZORVEXWriter&) = delete;
+
+    /// "adapters/ZORVEX/export/mode" has "xml_only", or "pointers".
+    bool XmlOnly() const { return m_xmlOnly; }
+    bool Pointers() const { return m_pointers; }
+
+    /// Writes the document of this root; what goes wrong beside the stream is merged into `result`.
+    void Write(Object* root, Result& result);
+
+private:
+    /// An open element: where its content stands in hand.
+    struct Frame
+    {
+        ClassData* data;
+        const zorvex_api::ClassLayout* layout;
+        FieldDescriptor* header;  // written ahead of the others; null when there is none
+        std::size_t field;        // next position in the layout's order
+        int child;                // next child of the field in hand; -1: ask for the next field
+        bool headerDone;
+        std::string_view prefix;
+        std::string_view name;
+    };
+    struct Name
+    {
+        std::string_view prefix;
+        std::string_view text;
+    };
+
+    // --- namespaces (WriterNamespaces.cpp)
+    void WriteNamespaces(Object* root);
+
+    // --- elements
+    void WriteTree();
+    void OpenElement(ClassData& data, FieldDescriptor* field, const Name& name, bool compact);
+    void CloseElement();
+    bool WriteNextContent();
+    bool WriteNextChild(Frame& frame, FieldDescriptor& field);
+    void WriteContent(ClassData& data, FieldDescriptor& field, const FieldData& stored);
+    Name NameOfRoot(const ClassDescriptorImpl& descriptor);
+    Name NameOf(ClassData& child, FieldDescriptor* field);
+    std::string_view PrefixOf(const ClassDescriptorImpl& descriptor);
+    std::string_view KeepText(const zorvex_api::String& text);
+
+    // --- attributes (WriterAttributes.cpp)
+    void WriteAttributes(ClassData& data, FieldDescriptor* holdingField);
+    void WriteField(ClassData& data, FieldDescriptor& field);
+    bool ValueOf(ClassData& data, FieldDescriptor& field, const FieldData* stored);
+    void AppendUris(ClassData& data, FieldDescriptor& field, const FieldData& stored);
+    void AppendUri(ClassData& data, FieldDescriptor& field, int index);
+    void AppendForeignUri(ClassData& data, FieldDescriptor& field, int index);
+    const zorvex_api::Pointer& PointerOf(Object* root);
+
+    void ReportReplacements();
+
+    zorvex_api::Adapter* m_adapter;
+    zorvex_api::Configuration* m_options;
+    const zorvex_api::Pointer& m_document;
+    Result m_result;
+    bool m_treatEmptyAsSet = false;
+    bool m_xmlOnly = false;
+    bool m_pointers = false;
+    bool m_hasExternalReference = false;
+    bool m_writesNamespaces = true;
+    int m_referenceMode = 2;
+    std::string m_value;    // the value in hand, UTF-8
+    std::u16string m_wide;  // scratch
+    std::vector<Frame> m_frames;
+    std::unordered_map<const ClassDescriptorImpl*, std::string> m_prefixes;
+    std::unordered_map<std::string, std::unique_ptr<std::string>> m_texts;  // names that are kept
+    std::unique_ptr<zorvex_api::Pointer> m_rootPointer;
+    zorvex_api::TextStream m_textStream;  // last: it writes the prolog when it is made
+};
+
+}  // namespace zorvex_adapter
