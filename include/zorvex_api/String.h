@@ -153,16 +153,46 @@ ZORVEX_API bool operator==(const String& left, const String& right);
 ZORVEX_API bool operator==(const String& left, const char* right);
 ZORVEX_API bool operator==(const String& left, const unsigned short* right);
 ZORVEX_API bool operator==(const String& left, const char16_t* right);
-inline bool operator==(const char* left, const String& right) { return right == left; }
-inline bool operator==(const unsigned short* left, const String& right) { return right == left; }
-inline bool operator==(const char16_t* left, const String& right) { return right == left; }
-inline bool operator!=(const String& left, const String& right) { return !(left == right); }
-inline bool operator!=(const String& left, const char* right) { return !(left == right); }
-inline bool operator!=(const String& left, const unsigned short* right) { return !(left == right); }
-inline bool operator!=(const String& left, const char16_t* right) { return !(left == right); }
-inline bool operator!=(const char* left, const String& right) { return !(right == left); }
-inline bool operator!=(const unsigned short* left, const String& right) { return !(right == left); }
-inline bool operator!=(const char16_t* left, const String& right) { return !(right == left); }
+inline bool operator==(const char* left, const String& right)
+{
+    return right == left;
+}
+inline bool operator==(const unsigned short* left, const String& right)
+{
+    return right == left;
+}
+inline bool operator==(const char16_t* left, const String& right)
+{
+    return right == left;
+}
+inline bool operator!=(const String& left, const String& right)
+{
+    return !(left == right);
+}
+inline bool operator!=(const String& left, const char* right)
+{
+    return !(left == right);
+}
+inline bool operator!=(const String& left, const unsigned short* right)
+{
+    return !(left == right);
+}
+inline bool operator!=(const String& left, const char16_t* right)
+{
+    return !(left == right);
+}
+inline bool operator!=(const char* left, const String& right)
+{
+    return !(right == left);
+}
+inline bool operator!=(const unsigned short* left, const String& right)
+{
+    return !(right == left);
+}
+inline bool operator!=(const char16_t* left, const String& right)
+{
+    return !(right == left);
+}
 
 ZORVEX_API String operator+(const String& left, const String& right);
 ZORVEX_API String operator+(const String& left, const char* right);

@@ -106,7 +106,13 @@ void Allocator::RegisterHandlers(AllocatorBase* allocator, DeAllocatorBase* deal
     pDeAllocatorBase = deallocator;
 }
 
-AllocatorBase* Allocator::GetAllocator() { return pAllocatorBase; }
-DeAllocatorBase* Allocator::GetDeAllocator() { return pDeAllocatorBase; }
+AllocatorBase* Allocator::GetAllocator()
+{
+    return pAllocatorBase;
+}
+DeAllocatorBase* Allocator::GetDeAllocator()
+{
+    return pDeAllocatorBase;
+}
 
 }  // namespace zorvex_api

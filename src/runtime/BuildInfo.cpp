@@ -43,7 +43,10 @@ std::vector<std::string> SplitDate(std::string_view date)
     return tokens;
 }
 
-int Number(const std::string& text) { return static_cast<int>(std::strtol(text.c_str(), nullptr, 10)); }
+int Number(const std::string& text)
+{
+    return static_cast<int>(std::strtol(text.c_str(), nullptr, 10));
+}
 
 int Month(const std::string& text)
 {
@@ -105,18 +108,51 @@ BuildInfo& BuildInfo::operator=(const BuildInfo& other)
     return *this;
 }
 
-BuildInfo::~BuildInfo() { delete m_impl; }
+BuildInfo::~BuildInfo()
+{
+    delete m_impl;
+}
 
-int BuildInfo::GetMajorRevision() const { return m_impl->values[kMajor]; }
-int BuildInfo::GetMinorRevision() const { return m_impl->values[kMinor]; }
-int BuildInfo::GetRevision() const { return m_impl->values[kRevision]; }
-int BuildInfo::GetBuildNumber() const { return m_impl->values[kBuild]; }
-int BuildInfo::GetYear() const { return m_impl->values[kYear]; }
-int BuildInfo::GetMonth() const { return m_impl->values[kMonth]; }
-int BuildInfo::GetDay() const { return m_impl->values[kDay]; }
-int BuildInfo::GetHour() const { return m_impl->values[kHour]; }
-int BuildInfo::GetMinute() const { return m_impl->values[kMinute]; }
-int BuildInfo::GetSecond() const { return m_impl->values[kSecond]; }
+int BuildInfo::GetMajorRevision() const
+{
+    return m_impl->values[kMajor];
+}
+int BuildInfo::GetMinorRevision() const
+{
+    return m_impl->values[kMinor];
+}
+int BuildInfo::GetRevision() const
+{
+    return m_impl->values[kRevision];
+}
+int BuildInfo::GetBuildNumber() const
+{
+    return m_impl->values[kBuild];
+}
+int BuildInfo::GetYear() const
+{
+    return m_impl->values[kYear];
+}
+int BuildInfo::GetMonth() const
+{
+    return m_impl->values[kMonth];
+}
+int BuildInfo::GetDay() const
+{
+    return m_impl->values[kDay];
+}
+int BuildInfo::GetHour() const
+{
+    return m_impl->values[kHour];
+}
+int BuildInfo::GetMinute() const
+{
+    return m_impl->values[kMinute];
+}
+int BuildInfo::GetSecond() const
+{
+    return m_impl->values[kSecond];
+}
 
 String BuildInfo::GetVersionText() const
 {
@@ -124,6 +160,9 @@ String BuildInfo::GetVersionText() const
                           GetBuildNumber());
 }
 
-BuildInfo GetBuildInfo() { return BuildInfo(7, 2, 0, 36, "16/10/2024 17:02:41"); }
+BuildInfo GetBuildInfo()
+{
+    return BuildInfo(7, 2, 0, 36, "16/10/2024 17:02:41");
+}
 
 }  // namespace zorvex_api

@@ -30,7 +30,10 @@ std::mutex g_lock;  // guards all pools; taken once per batch
 BlockPool* g_pools = nullptr;
 size_t g_totalBytes = 0;
 
-void*& NextOf(void* block) { return *static_cast<void**>(block); }
+void*& NextOf(void* block)
+{
+    return *static_cast<void**>(block);
+}
 
 }  // namespace
 
@@ -235,8 +238,14 @@ size_t BlockPool::TotalBytes()
     return g_totalBytes;
 }
 
-void* ForwardedTake(size_t size) { return Allocator::allocate(size); }
-void ForwardedGive(void* block) { Allocator::deallocate(block); }
+void* ForwardedTake(size_t size)
+{
+    return Allocator::allocate(size);
+}
+void ForwardedGive(void* block)
+{
+    Allocator::deallocate(block);
+}
 
 }  // namespace internal
 }  // namespace zorvex_api

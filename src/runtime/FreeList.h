@@ -46,10 +46,10 @@ private:
     void ReturnAll(Local& local);
 
     size_t m_blockSize;
-    Chunk* m_chunks = nullptr;     // all below guarded by the pools' lock
+    Chunk* m_chunks = nullptr;  // all below guarded by the pools' lock
     void* m_free = nullptr;
     size_t m_freeCount = 0;
-    size_t m_total = 0;            // blocks in all chunks
+    size_t m_total = 0;  // blocks in all chunks
     BlockPool* m_nextPool = nullptr;
     bool m_listed = false;
 };
@@ -116,8 +116,8 @@ public:
     }
 
 private:
-    static constexpr size_t kBlockSize = (Size + 7) / 8 * 8 < sizeof(void*) ? sizeof(void*)
-                                                                            : (Size + 7) / 8 * 8;
+    static constexpr size_t kBlockSize =
+        (Size + 7) / 8 * 8 < sizeof(void*) ? sizeof(void*) : (Size + 7) / 8 * 8;
     static inline constinit internal::BlockPool s_pool{kBlockSize};
     static inline constinit thread_local internal::BlockPool::Local t_local{};
 };

@@ -67,7 +67,10 @@ Shard g_shards[1 << kShardBits];
 std::atomic<bool> g_anyEver{false};
 thread_local int t_unhooked = 0;
 
-Shard& ShardOf(uint64_t hash) { return g_shards[hash >> (64 - kShardBits)]; }
+Shard& ShardOf(uint64_t hash)
+{
+    return g_shards[hash >> (64 - kShardBits)];
+}
 
 void Shard::Grow()
 {
@@ -110,7 +113,8 @@ DeAllocatorBase* Shard::Remove(uint64_t hash, void* block)
     }
     DeAllocatorBase* const owner = m_entries[place].owner;
     size_t hole = place;
-    for (size_t next = (hole + 1) & mask; m_entries[next].block != nullptr; next = (next + 1) & mask)
+    for (size_t next = (hole + 1) & mask; m_entries[next].block != nullptr;
+         next = (next + 1) & mask)
     {
         const size_t home = Hash(m_entries[next].block) & mask;
         if (((next - home) & mask) >= ((next - hole) & mask))
@@ -139,10 +143,22 @@ DeAllocatorBase* HookBlocks::Remove(void* block)
     return ShardOf(hash).Remove(hash, block);
 }
 
-bool HookBlocks::AnyEver() { return g_anyEver.load(std::memory_order_relaxed); }
+bool HookBlocks::AnyEver()
+{
+    return g_anyEver.load(std::memory_order_relaxed);
+}
 
-UnhookedScope::UnhookedScope() { ++t_unhooked; }
-UnhookedScope::~UnhookedScope() { --t_unhooked; }
-bool UnhookedScope::IsActive() { return t_unhooked != 0; }
+UnhookedScope::UnhookedScope()
+{
+    ++t_unhooked;
+}
+UnhookedScope::~UnhookedScope()
+{
+    --t_unhooked;
+}
+bool UnhookedScope::IsActive()
+{
+    return t_unhooked != 0;
+}
 
 }  // namespace zorvex_api::internal

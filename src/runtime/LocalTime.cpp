@@ -20,7 +20,13 @@ LocalTime LocalTime::Now()
                      parts->tm_hour,        parts->tm_min,     parts->tm_sec};
 }
 
-String LocalTime::DateText() const { return String::Format("%04d-%02d-%02d", year, month, day); }
-String LocalTime::TimeText() const { return String::Format("%02d:%02d:%02d", hour, minute, second); }
+String LocalTime::DateText() const
+{
+    return String::Format("%04d-%02d-%02d", year, month, day);
+}
+String LocalTime::TimeText() const
+{
+    return String::Format("%02d:%02d:%02d", hour, minute, second);
+}
 
 }  // namespace zorvex_api

@@ -23,11 +23,23 @@ Mutex* Table()
 }  // namespace
 
 Mutex::Mutex() : m_impl(new Impl) {}
-Mutex::~Mutex() { delete m_impl; }
-void Mutex::Lock() { m_impl->mutex.lock(); }
-void Mutex::Unlock() { m_impl->mutex.unlock(); }
+Mutex::~Mutex()
+{
+    delete m_impl;
+}
+void Mutex::Lock()
+{
+    m_impl->mutex.lock();
+}
+void Mutex::Unlock()
+{
+    m_impl->mutex.unlock();
+}
 
-Mutex* Mutex::OfSlot(int slot) { return slot >= 0 && slot < kMutexSlots ? Table() + slot : nullptr; }
+Mutex* Mutex::OfSlot(int slot)
+{
+    return slot >= 0 && slot < kMutexSlots ? Table() + slot : nullptr;
+}
 
 MutexLock::MutexLock(int slot) : MutexLock(Mutex::OfSlot(slot)) {}
 

@@ -1,10 +1,10 @@
 #include "runtime/NumberText.h"
 
+#include <locale.h>
 #include <charconv>
 #include <climits>
 #include <cmath>
 #include <cstdlib>
-#include <locale.h>
 #include <string>
 
 namespace zorvex_api::number
@@ -13,7 +13,10 @@ namespace zorvex_api::number
 namespace
 {
 
-constexpr bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+constexpr bool IsDigit(char16_t unit)
+{
+    return unit >= u'0' && unit <= u'9';
+}
 
 constexpr bool IsHexDigit(char16_t unit)
 {
@@ -189,7 +192,8 @@ size_t FormatDouble16g(double value, char* out)
     {
         return Finish(out, std::to_chars(out, out + kMaxText - 1, static_cast<long long>(value)));
     }
-    return Finish(out, std::to_chars(out, out + kMaxText - 1, value, std::chars_format::general, 16));
+    return Finish(out,
+                  std::to_chars(out, out + kMaxText - 1, value, std::chars_format::general, 16));
 }
 
 size_t FormatDoubleShortest(double value, char* out)

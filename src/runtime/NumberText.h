@@ -45,6 +45,9 @@ ParsedDouble ParseDouble(TextView text);
 ParsedInt ParseInt(TextView text);
 
 /// White space of the C locale.
-constexpr bool IsSpace(char16_t unit) { return unit == u' ' || (unit >= u'\t' && unit <= u'\r'); }
+constexpr bool IsSpace(char16_t unit)
+{
+    return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
+}
 
 }  // namespace zorvex_api::number

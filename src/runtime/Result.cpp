@@ -36,17 +36,47 @@ Error& Error::operator=(const Error& other)
     *m_impl = *other.m_impl;
     return *this;
 }
-Error::~Error() { delete m_impl; }
+Error::~Error()
+{
+    delete m_impl;
+}
 
-int Error::GetCode() const { return m_impl->code; }
-void Error::SetCode(int code) { m_impl->code = code; }
-ErrorSeverity Error::GetSeverity() const { return m_impl->severity; }
-void Error::SetSeverity(ErrorSeverity severity) { m_impl->severity = severity; }
-const String& Error::GetMessage() const { return m_impl->message; }
-void Error::SetMessage(const String& message) { m_impl->message = message; }
-void Error::AddMessage(const String& message) { m_impl->message += message; }
-void* Error::GetData() const { return m_impl->data; }
-void Error::SetData(void* data) { m_impl->data = data; }
+int Error::GetCode() const
+{
+    return m_impl->code;
+}
+void Error::SetCode(int code)
+{
+    m_impl->code = code;
+}
+ErrorSeverity Error::GetSeverity() const
+{
+    return m_impl->severity;
+}
+void Error::SetSeverity(ErrorSeverity severity)
+{
+    m_impl->severity = severity;
+}
+const String& Error::GetMessage() const
+{
+    return m_impl->message;
+}
+void Error::SetMessage(const String& message)
+{
+    m_impl->message = message;
+}
+void Error::AddMessage(const String& message)
+{
+    m_impl->message += message;
+}
+void* Error::GetData() const
+{
+    return m_impl->data;
+}
+void Error::SetData(void* data)
+{
+    m_impl->data = data;
+}
 
 /// Owns its errors.
 class ResultImpl : public Array<Error*>
@@ -64,9 +94,18 @@ public:
     String messages;  // cache of GetMessage
 };
 
-Result::Result(const Error& error) : Result() { AddError(error); }
-Result::Result(int code) : Result() { AddError(Error(code)); }
-Result::Result(int code, const String& message) : Result() { AddError(code, message); }
+Result::Result(const Error& error) : Result()
+{
+    AddError(error);
+}
+Result::Result(int code) : Result()
+{
+    AddError(Error(code));
+}
+Result::Result(int code, const String& message) : Result()
+{
+    AddError(code, message);
+}
 Result::Result(int code, ErrorSeverity severity, const String& message) : Result()
 {
     AddError(code, severity, message);
@@ -75,8 +114,14 @@ Result::Result(int code, ErrorSeverity severity, const String& message, void* da
 {
     AddError(code, severity, message, data);
 }
-Result::Result(const Result& other) : Allocator(), m_impl(nullptr) { Merge(other); }
-Result::~Result() { delete m_impl; }
+Result::Result(const Result& other) : Allocator(), m_impl(nullptr)
+{
+    Merge(other);
+}
+Result::~Result()
+{
+    delete m_impl;
+}
 
 Result& Result::operator=(const Result& other)
 {
@@ -113,7 +158,10 @@ void Result::AddError(const Error& error)
     copy.release();
 }
 
-void Result::AddError(int code, const String& message) { AddError(Error(code, message)); }
+void Result::AddError(int code, const String& message)
+{
+    AddError(Error(code, message));
+}
 
 void Result::AddError(int code, ErrorSeverity severity, const String& message)
 {
@@ -140,7 +188,10 @@ int Result::Ok() const
     return 1;
 }
 
-int Result::HasError() const { return Ok() ? 0 : 1; }
+int Result::HasError() const
+{
+    return Ok() ? 0 : 1;
+}
 
 int Result::GetCode() const
 {
@@ -177,7 +228,10 @@ const String& Result::GetMessage() const
     return m_impl->messages;
 }
 
-int Result::NumberOfErrors() const { return m_impl != nullptr ? m_impl->GetSize() : 0; }
+int Result::NumberOfErrors() const
+{
+    return m_impl != nullptr ? m_impl->GetSize() : 0;
+}
 
 Error* Result::GetError(int index) const
 {

@@ -63,7 +63,8 @@ Word Make(TextView text)
     }
     if (!SessionState::Compression())
     {
-        return CopyOwned({reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)});
+        return CopyOwned(
+            {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)});
     }
     void* const bytes = NewOwned(utf8::StoredSize(text));
     utf8::EncodeStored(text, static_cast<char*>(bytes));
@@ -94,23 +95,32 @@ void Release(Word word)
     CounterOfThread().count.fetch_sub(1, std::memory_order_relaxed);
 }
 
-bool IsEmpty(Word word) { return word == nullptr || StoredBytes(word) == 0; }
+bool IsEmpty(Word word)
+{
+    return word == nullptr || StoredBytes(word) == 0;
+}
 
 size_t Bytes(Word word)
 {
     return word == nullptr ? 0 : StoredBytes(word) + (IsUtf8() ? 1 : sizeof(char16_t));
 }
 
-std::string_view Utf8(Word word) { return word == nullptr ? std::string_view() : StoredView(word); }
+std::string_view Utf8(Word word)
+{
+    return word == nullptr ? std::string_view() : StoredView(word);
+}
 
 TextView Wide(Word word)
 {
-    return word == nullptr ? TextView(u"", 0)
-                           : TextView(static_cast<const char16_t*>(word),
-                                      StoredBytes(word) / sizeof(char16_t));
+    return word == nullptr
+               ? TextView(u"", 0)
+               : TextView(static_cast<const char16_t*>(word), StoredBytes(word) / sizeof(char16_t));
 }
 
-String ToString(Word word) { return zorvex_api::ToString(Reader(word).Text()); }
+String ToString(Word word)
+{
+    return zorvex_api::ToString(Reader(word).Text());
+}
 
 void AppendTo(Word word, std::u16string& out)
 {
@@ -140,8 +150,8 @@ Reader::Reader(Word word) : m_text(u"", 0)
     const std::string_view bytes = Utf8(word);
     if (bytes.size() <= kInline)  // a unit takes at least one byte
     {
-        m_text = TextView(m_inline,
-                          static_cast<size_t>(utf8::DecodeStored(bytes, m_inline) - m_inline));
+        m_text =
+            TextView(m_inline, static_cast<size_t>(utf8::DecodeStored(bytes, m_inline) - m_inline));
         return;
     }
     AppendTo(word, m_long);

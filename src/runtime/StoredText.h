@@ -26,7 +26,10 @@ size_t Bytes(Word word);  ///< memory of the text with its terminator
 
 /// The stored bytes, when the session compresses: UTF-8, save that lone surrogates stand as three
 /// bytes each. A writer has to replace those.
-inline bool IsUtf8() { return SessionState::Compression(); }
+inline bool IsUtf8()
+{
+    return SessionState::Compression();
+}
 std::string_view Utf8(Word word);
 /// The stored units, when the session doesn't compress.
 TextView Wide(Word word);

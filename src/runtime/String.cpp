@@ -33,9 +33,15 @@ enum Encoding
 };
 
 /// A text made by an edit starts in the record's own block; a longer one gets a block of its own.
-unsigned short* InlineText(StringImpl* impl) { return reinterpret_cast<unsigned short*>(impl + 1); }
+unsigned short* InlineText(StringImpl* impl)
+{
+    return reinterpret_cast<unsigned short*>(impl + 1);
+}
 
-size_t TextBytes(size_t units) { return (units + 1) * sizeof(unsigned short); }
+size_t TextBytes(size_t units)
+{
+    return (units + 1) * sizeof(unsigned short);
+}
 
 int CheckedLength(size_t units)
 {
@@ -231,7 +237,10 @@ String& String::operator=(const char* text)
     return *this;
 }
 
-String& String::operator=(const unsigned short* text) { return *this = AsChar16(text); }
+String& String::operator=(const unsigned short* text)
+{
+    return *this = AsChar16(text);
+}
 
 String& String::operator=(const char16_t* text)
 {
@@ -268,7 +277,10 @@ int String::Set(const char* text, int length)
     return 1;
 }
 
-int String::Set(const unsigned short* text, int length) { return Set(AsChar16(text), length); }
+int String::Set(const unsigned short* text, int length)
+{
+    return Set(AsChar16(text), length);
+}
 
 int String::Set(const char16_t* text, int length)
 {
@@ -322,9 +334,15 @@ int String::SetUTF8(const char* text, int length)
     return 1;
 }
 
-String::operator const unsigned short*() const { return m_impl != nullptr ? m_impl->wide : nullptr; }
+String::operator const unsigned short*() const
+{
+    return m_impl != nullptr ? m_impl->wide : nullptr;
+}
 
-const unsigned short* String::GetData() const { return m_impl != nullptr ? m_impl->wide : nullptr; }
+const unsigned short* String::GetData() const
+{
+    return m_impl != nullptr ? m_impl->wide : nullptr;
+}
 
 unsigned short* String::GetData()
 {
@@ -385,8 +403,14 @@ const unsigned short& String::operator[](int index) const
     return m_impl->wide[index];
 }
 
-int String::GetLength() const { return static_cast<int>(View(*this).size()); }
-int String::IsEmpty() const { return View(*this).empty() ? 1 : 0; }
+int String::GetLength() const
+{
+    return static_cast<int>(View(*this).size());
+}
+int String::IsEmpty() const
+{
+    return View(*this).empty() ? 1 : 0;
+}
 
 int String::Compare(const String& other) const
 {
@@ -407,9 +431,15 @@ int String::Compare(const String& other) const
     }
 }
 
-int String::Compare(const char* other) const { return CompareWithNarrow(View(*this), other); }
+int String::Compare(const char* other) const
+{
+    return CompareWithNarrow(View(*this), other);
+}
 
-bool String::operator<(const String& other) const { return View(*this) < View(other); }
+bool String::operator<(const String& other) const
+{
+    return View(*this) < View(other);
+}
 
 int String::Find(const String& text) const
 {
@@ -509,7 +539,10 @@ String& String::operator+=(const char16_t* text)
     return *this;
 }
 
-void String::Empty() { Adopt(nullptr); }
+void String::Empty()
+{
+    Adopt(nullptr);
+}
 
 int String::Replace(const String& from, const String& to)
 {
@@ -536,7 +569,10 @@ int String::Replace(const String& from, const String& to)
     return count;
 }
 
-int String::Replace(const char* from, const char* to) { return Replace(String(from), String(to)); }
+int String::Replace(const char* from, const char* to)
+{
+    return Replace(String(from), String(to));
+}
 
 int String::Replace(unsigned short from, unsigned short to)
 {
@@ -679,7 +715,10 @@ const String& String::EmptyString()
     return empty;
 }
 
-bool operator==(const String& left, const String& right) { return View(left) == View(right); }
+bool operator==(const String& left, const String& right)
+{
+    return View(left) == View(right);
+}
 
 bool operator==(const String& left, const char* right)
 {
@@ -691,7 +730,10 @@ bool operator==(const String& left, const unsigned short* right)
     return View(left) == ViewOf(AsChar16(right));
 }
 
-bool operator==(const String& left, const char16_t* right) { return View(left) == ViewOf(right); }
+bool operator==(const String& left, const char16_t* right)
+{
+    return View(left) == ViewOf(right);
+}
 
 String operator+(const String& left, const String& right)
 {

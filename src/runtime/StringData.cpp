@@ -129,4 +129,7 @@ int StringDataInit(int pool, int compress)
     return zorvex_api::StringData::Init(pool, compress).NumberOfErrors() == 0 ? 1 : 0;
 }
 
-void StringDataFini() { zorvex_api::StringData::Fini(); }
+void StringDataFini()
+{
+    zorvex_api::StringData::Fini();
+}

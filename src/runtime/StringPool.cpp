@@ -105,7 +105,10 @@ const void* StringPool::Acquire(std::string_view bytes)
     return text;
 }
 
-void StringPool::AddUse(const void* word) { ++HeaderOf(word)->uses; }
+void StringPool::AddUse(const void* word)
+{
+    ++HeaderOf(word)->uses;
+}
 
 void StringPool::Release(const void* word)
 {

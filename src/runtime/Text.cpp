@@ -16,7 +16,10 @@ int internal::CountLength(StringImpl& impl) noexcept
     return length;
 }
 
-String ToString(TextView text) { return String(text.data(), static_cast<int>(text.size())); }
+String ToString(TextView text)
+{
+    return String(text.data(), static_cast<int>(text.size()));
+}
 
 String BorrowConstant(TextView constant)
 {

@@ -54,7 +54,10 @@ inline TextView View(const String& text)
     return TextView(AsChar16(impl->wide), static_cast<size_t>(length));
 }
 
-inline bool Equals(const String& left, TextView right) { return View(left) == right; }
+inline bool Equals(const String& left, TextView right)
+{
+    return View(left) == right;
+}
 
 String ToString(TextView text);
 /// A String that borrows a literal or other constant text; its length is known from the start,
@@ -63,7 +66,10 @@ String BorrowConstant(TextView constant);
 
 /// Narrow form; a high surrogate that no low one follows is left out.
 std::string ToUtf8(TextView text);
-inline std::string ToUtf8(const String& text) { return ToUtf8(View(text)); }
+inline std::string ToUtf8(const String& text)
+{
+    return ToUtf8(View(text));
+}
 /// A byte that isn't part of a well-formed sequence becomes the unit of the same value.
 String FromUtf8(std::string_view text);
 

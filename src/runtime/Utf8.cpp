@@ -11,9 +11,18 @@ namespace
 
 using Byte = unsigned char;
 
-constexpr bool IsHigh(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool IsLow(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
-constexpr bool IsTail(Byte byte) { return (byte & 0xC0) == 0x80; }
+constexpr bool IsHigh(char32_t unit)
+{
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+constexpr bool IsLow(char32_t unit)
+{
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+constexpr bool IsTail(Byte byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
 
 /// Number of bytes below 128 at the start, found eight at a time.
 size_t AsciiRun(const Byte* bytes, const Byte* end)
@@ -214,7 +223,10 @@ struct WriteSink
     }
 };
 
-const Byte* Begin(std::string_view bytes) { return reinterpret_cast<const Byte*>(bytes.data()); }
+const Byte* Begin(std::string_view bytes)
+{
+    return reinterpret_cast<const Byte*>(bytes.data());
+}
 
 }  // namespace
 

@@ -15,9 +15,9 @@ namespace zorvex_api::utf8
 enum EncodeFlags : unsigned
 {
     kPlain = 0,
-    kEscape = 2,        ///< "&", "<" and the double quote become references
-    kEscapeGreater = 4, ///< with kEscape: ">" too
-    kEscapeBlanks = 8   ///< with kEscape: tab, line feed and carriage return too
+    kEscape = 2,         ///< "&", "<" and the double quote become references
+    kEscapeGreater = 4,  ///< with kEscape: ">" too
+    kEscapeBlanks = 8    ///< with kEscape: tab, line feed and carriage return too
 };
 
 /// Number of bytes that `Encode` writes.

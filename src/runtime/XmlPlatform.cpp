@@ -1,7 +1,7 @@
 #include "runtime/XmlPlatform.h"
 
-#include <xalanc/XalanDOM/XalanDOMString.hpp>
 #include <xalanc/XalanTransformer/XalanCAPI.h>
+#include <xalanc/XalanDOM/XalanDOMString.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/TransService.hpp>
@@ -51,7 +51,10 @@ std::unique_ptr<Services> MakeServices()
 
 }  // namespace
 
-bool XmlPlatform::IsUp() { return g_up; }
+bool XmlPlatform::IsUp()
+{
+    return g_up;
+}
 
 bool XmlPlatform::Start()
 {

@@ -72,6 +72,9 @@ bool StartAdapters(Configuration& options)
     return ProcessEach(ZORVEX_OP_ADAPTER_INITALISE, &options);
 }
 
-void StopAdapters() { ProcessEach(ZORVEX_OP_ADAPTER_TERMINATE, nullptr); }
+void StopAdapters()
+{
+    ProcessEach(ZORVEX_OP_ADAPTER_TERMINATE, nullptr);
+}
 
 }  // namespace zorvex_api::internal

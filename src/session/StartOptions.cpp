@@ -21,7 +21,10 @@ bool StartOptions::AnyIs(TextView start, TextView lowerCaseEnd) const
     return false;
 }
 
-bool StartOptions::Multithreading() const { return AnyIs(u"multithreading", u"true"); }
+bool StartOptions::Multithreading() const
+{
+    return AnyIs(u"multithreading", u"true");
+}
 
 bool StartOptions::ImprovementsOff() const
 {

@@ -7,7 +7,10 @@
 namespace zorvex_api
 {
 
-void PrintTo(const String& text, std::ostream* out) { *out << '"' << ToUtf8(text) << '"'; }
+void PrintTo(const String& text, std::ostream* out)
+{
+    *out << '"' << ToUtf8(text) << '"';
+}
 
 void PrintTo(const Result& result, std::ostream* out)
 {
@@ -23,7 +26,10 @@ void PrintTo(const Result& result, std::ostream* out)
 namespace zorvex_test
 {
 
-std::string Utf8(const zorvex_api::String& text) { return zorvex_api::ToUtf8(text); }
+std::string Utf8(const zorvex_api::String& text)
+{
+    return zorvex_api::ToUtf8(text);
+}
 
 std::vector<std::string> Messages(const zorvex_api::Result& result)
 {

@@ -32,7 +32,10 @@ void SessionTest::SetUp()
                                         options.data(), &m_hooks, &m_hooks));
 }
 
-void SessionTest::TearDown() { EXPECT_EQ(0, zorvex_api::Terminate()); }
+void SessionTest::TearDown()
+{
+    EXPECT_EQ(0, zorvex_api::Terminate());
+}
 
 Loaded::~Loaded()
 {

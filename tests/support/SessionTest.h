@@ -73,7 +73,8 @@ std::unique_ptr<zorvex_api::Configuration> MakeOptions(Options options);
 Loaded LoadFrom(const zorvex_api::String& uri, Options options = {});
 inline Loaded LoadText(std::string_view document, Options options = {})
 {
-    return LoadFrom(zorvex_api::String(document.data(), static_cast<int>(document.size())), options);
+    return LoadFrom(zorvex_api::String(document.data(), static_cast<int>(document.size())),
+                    options);
 }
 
 /// A document in the main namespace around `content`: a root element "ZORVEX" with the attributes
