@@ -17,6 +17,7 @@
 #include "session/AdapterLife.h"
 #include "session/LibraryLoader.h"
 #include "session/StartOptions.h"
+#include "transport/PointerRef.h"
 #include "zorvex_api/Array.h"
 #include "zorvex_api/ClassDescriptor.h"
 #include "zorvex_api/Exception.h"
@@ -252,6 +253,7 @@ int Terminate()
     const auto releaseLocks = []
     {
         PagingHooks::Stop();
+        PointerRef::ReleaseFreeList();
         PluginDescriptor::FreeMutexes();
     };
     if (!Runs(releaseLocks))
