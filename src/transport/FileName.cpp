@@ -22,7 +22,8 @@ constexpr TextView kRefusedInNames = u"\\/:*?\"<>|";
 bool Lists(TextView extensions, TextView lowered)
 {
     const auto items = SplitExtensions(extensions);
-    return std::find(items.begin(), items.end(), lowered) != items.end();
+    return std::any_of(items.begin(), items.end(),
+                       [lowered](TextView item) { return EqualsIgnoringAsciiCase(item, lowered); });
 }
 
 }  // namespace

@@ -102,8 +102,9 @@ struct LooseReference
     ~LooseReference()
     {
         rep.ReleaseTargets();
+        rep.ClearTarget();
         rep.StoreText({});
-        rep.SetFormat(nullptr, {}, false);
+        rep.StoreFormat({});
     }
 
     ExternalRep rep;
@@ -137,7 +138,7 @@ void LoadAsReference(LoadWork& work, bool multiple)
     reference.rep.StoreText(View(work.pointer.GetString()));
     if (multiple)
     {
-        reference.rep.SetFormat(nullptr, View(FormatOfWhole(work)), false);
+        reference.rep.StoreFormat(View(FormatOfWhole(work)));
     }
     reference.rep.Resolve(nullptr, nullptr, &work.options, work.resolver, nullptr, 0, true,
                           work.result);

@@ -48,6 +48,7 @@ void PluginRegistry::RunNode(LinkNode& node)
     PluginDescriptor* descriptor = new PluginDescriptor;
     if (node.RunInitialiser(descriptor) != 0)
     {
+        descriptor->GetName();  // made here, so that reading it later never writes
         node.SetDone(true);
         node.SetDescriptor(descriptor);
         m_descriptors.push_back(descriptor);
