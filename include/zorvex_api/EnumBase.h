@@ -16,6 +16,13 @@ namespace zorvex_api
 class ZORVEX_API EnumBase : public Allocator
 {
 public:
+    /// Marks the making of one of the library's constants: its text is made ready, so that reads
+    /// write nothing.
+    struct Constant
+    {
+        int index;
+    };
+
     virtual ~EnumBase();
     EnumBase(const EnumBase& other);
     EnumBase& operator=(const EnumBase& other);
@@ -41,12 +48,6 @@ protected:
     /// A null-terminated list of texts, the first of which is "unset".
     using Table = const char* const*;
 
-    /// One of the library's constants: its text is made ready here, so that reads write nothing.
-    struct Constant
-    {
-        int index;
-    };
-
     explicit EnumBase(Table table);
     EnumBase(Table table, Constant constant);
     EnumBase(Table table, const char* text);
@@ -57,8 +58,8 @@ protected:
     void Assign(Table table, const char* className, const char* text);
 
 private:
-    const char* m_current;   // an entry of the table; null for an invalid object
-    mutable String m_text;   // the text, once it was asked for or is invalid
+    const char* m_current;  // an entry of the table; null for an invalid object
+    mutable String m_text;  // the text, once it was asked for or is invalid
 };
 
 }  // namespace zorvex_api

@@ -118,7 +118,8 @@ Result ReadNumbers(const Object& object, const char16_t* field, int count, Array
 
 }  // namespace
 
-// --- making ----------------------------------------------------------------------------------------
+// --- making
+// ----------------------------------------------------------------------------------------
 
 Result Attach(Object& object, Object* owner)
 {
@@ -130,7 +131,8 @@ void RaiseNotAttached(const Result& result)
     throw Exception(kBadArgument, result.GetMessage());
 }
 
-// --- values ----------------------------------------------------------------------------------------
+// --- values
+// ----------------------------------------------------------------------------------------
 
 int GetInt(const Object& object, const char16_t* field)
 {
@@ -284,7 +286,8 @@ Result Unset(Object& object, const char16_t* field)
     return object.DeleteAttribute(Borrow(field));
 }
 
-// --- one URI ---------------------------------------------------------------------------------------
+// --- one URI
+// ---------------------------------------------------------------------------------------
 
 Result GetURI(const Object& object, const char16_t* field, Handle& handle)
 {
@@ -308,7 +311,8 @@ Result ResolveURI(Object& object, const char16_t* field, Handle& handle,
     return result;
 }
 
-// --- lists of URIs ---------------------------------------------------------------------------------
+// --- lists of URIs
+// ---------------------------------------------------------------------------------
 
 Result AddURI(Object& object, const char16_t* field, const String& text)
 {
@@ -388,7 +392,8 @@ Result ResolveURI(Object& object, const char16_t* field, int index, Handle& hand
     return result;
 }
 
-// --- one reference ---------------------------------------------------------------------------------
+// --- one reference
+// ---------------------------------------------------------------------------------
 
 String GetId(const Object& object, const char16_t* field)
 {
@@ -417,7 +422,8 @@ Object* ResolveRef(Object& object, const char16_t* field, Configuration* configu
     return ResolveRef(object, field, 0, configuration);
 }
 
-// --- lists of references ---------------------------------------------------------------------------
+// --- lists of references
+// ---------------------------------------------------------------------------
 
 int AddId(Object& object, const char16_t* field, const String& id)
 {
@@ -497,8 +503,8 @@ void RemoveRef(Object& object, const char16_t* field, const Object* target)
     {
         return;
     }
-    RemoveFirst(object, field, [&](const Reference& entry)
-                { return entry.GetHandle().GetObject() == target; });
+    RemoveFirst(object, field,
+                [&](const Reference& entry) { return entry.GetHandle().GetObject() == target; });
 }
 
 Object* ResolveRef(Object& object, const char16_t* field, int index, Configuration* configuration)
@@ -522,7 +528,8 @@ void ResolveRefs(Object& object, const char16_t* field, Array<Object*>& targets,
     }
 }
 
-// --- elements --------------------------------------------------------------------------------------
+// --- elements
+// --------------------------------------------------------------------------------------
 
 Object* GetElement(const Object& object, const char16_t* field)
 {
