@@ -59,6 +59,11 @@ public:
     friend ZORVEX_API int operator<(const Handle& a, const Handle& b);
 
 private:
+    bool HasObjectMark() const;
+    const String& Text() const;
+    void DropFormat();
+    void StoreFormat(const String& format);
+
     void* m_data;
     // The one pointer of a String, or a marker that no String can hold: the object handle.
     void* m_format;

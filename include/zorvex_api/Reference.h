@@ -19,8 +19,8 @@ class ZORVEX_API Reference : public Allocator
 public:
     /// No text and no handle.
     Reference();
-    Reference(const String& text);    // NOLINT: texts pass as references by design
-    Reference(const Handle& handle);  // NOLINT: handles pass as references by design
+    Reference(const String& text);            // NOLINT: texts pass as references by design
+    Reference(const Handle& handle);          // NOLINT: handles pass as references by design
     Reference(const Array<Handle>& handles);  // NOLINT
     Reference(const String& text, const Handle& handle);
     Reference(const String& text, const Array<Handle>& handles);
@@ -49,7 +49,7 @@ public:
 private:
     static int Compare(const Reference& a, const Reference& b);
 
-    ReferenceImpl* m_impl;  // owned; null only after a move
+    ReferenceImpl* m_impl;  // owned; null while there is neither text nor handle
 };
 
 ZORVEX_API int operator==(const Reference& a, const Reference& b);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+
 #include "zorvex_api/Allocator.h"
+#include "zorvex_api/Array.h"
 
 namespace zorvex_api
 {
@@ -14,7 +17,7 @@ class ElementList : public Allocator
 {
 public:
     /// `chained` is fixed for the list's life.
-    explicit ElementList(bool chained);
+    explicit ElementList(bool chained) : m_chained(chained) {}
     ~ElementList();
     ElementList(const ElementList&) = delete;
     ElementList& operator=(const ElementList&) = delete;
@@ -24,45 +27,108 @@ public:
     /// By index from 0, in range. Constant time for an array.
     Object* At(int index) const;
     void Append(Object* child);
-    /// Takes out the first entry equal to `child`, keeping the order; false when it isn't in.
+    /// Takes out the entry of `child`, keeping the order; false when it isn't in.
     bool Remove(const Object* child);
     bool Contains(const Object* child) const;
+    /// Takes out the last child; null when the list is empty. Not in constant time when chained.
+    Object* TakeLast();
+    /// Takes out all children that `test` accepts, in one pass, and appends them to `taken`.
+    template <class Test>
+    void Extract(Test test, Array<Object*>& taken)
+    {
+        ElementList rest(m_chained);
+        Walk(
+            [&](Object* child)
+            {
+                if (test(child))
+                {
+                    taken.Add(child);
+                }
+                else
+                {
+                    rest.Append(child);
+                }
+                return true;
+            });
+        Swap(rest);
+    }
     void Clear();
 
     /// An array goes to the call-back at once, a chained list child by child until it answers 0.
     void ForEach(ObjectCallbackBase& callback) const;
 
-    /// Calls visit(Object*) for each child in order until it returns false; children may be appended
-    /// meanwhile, and the current one removed.
+    /// Calls visit(Object*) for each child in order until it returns false; children may be
+    /// appended meanwhile, and the current one removed.
     template <class Visit>
     bool Walk(Visit&& visit) const
     {
+        return m_chained ? WalkChain(visit) : WalkArray(visit);
+    }
+
+    static void* operator new(std::size_t size);
+    static void operator delete(void* block);
+
+private:
+    struct Node
+    {
+        Object* child;
+        Node* next;
+    };
+
+    template <class Visit>
+    bool WalkArray(Visit& visit) const
+    {
         for (int i = 0; i < m_count; ++i)
         {
-            Object* child = At(i);
+            Object* child = m_items[m_first + i];
             if (!visit(child))
             {
                 return false;
             }
-            if (i < m_count && At(i) != child)
+            if (i < m_count && m_items[m_first + i] != child)
             {
                 --i;
             }
         }
         return true;
     }
-
-private:
-    struct Node;
+    template <class Visit>
+    bool WalkChain(Visit& visit) const
+    {
+        Node* before = nullptr;
+        Node* node = m_head;
+        while (node != nullptr)
+        {
+            if (!visit(node->child))
+            {
+                return false;
+            }
+            Node* here = before != nullptr ? before->next : m_head;
+            if (here == node)
+            {
+                before = node;
+                here = node->next;
+            }
+            node = here;
+        }
+        return true;
+    }
+    void Swap(ElementList& other) noexcept;
+    void GrowArray();
+    bool RemoveFromArray(const Object* child);
+    bool RemoveFromChain(const Object* child);
+    /// Index of `child`, looked for from both ends at once; -1 when it isn't in.
+    int FindInArray(const Object* child) const;
 
     union
     {
-        Object** m_items;  // array form
-        Node* m_head;      // chained form
+        Object** m_items = nullptr;  // array form; entries from m_first on
+        Node* m_head;                // chained form
     };
     Node* m_tail = nullptr;  // chained form
     int m_count = 0;
     int m_capacity = 0;
+    int m_first = 0;  // array form: room left by children removed from the front
     bool m_chained = false;
 };
 

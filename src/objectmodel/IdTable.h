@@ -27,11 +27,13 @@ public:
     /// Enters an object by its current id, which must have a value. Raises the highest number.
     void Insert(ClassData* data);
     /// Takes out this object, found by its current id. Nothing happens when it isn't in.
-    void Remove(ClassData* data);
+    void Remove(ClassData* data) noexcept;
     /// The first object entered with this id, or null.
     ClassData* Find(const IdValue& id) const;
     /// Takes over all entries of `other`, which is left empty.
     void Absorb(IdTable& other);
+    /// Makes room for `count` entries in all.
+    void Reserve(std::size_t count);
 
     std::size_t Count() const { return m_count; }
     std::uint32_t HighestNumber() const { return m_highest; }
@@ -47,13 +49,32 @@ public:
     std::uint32_t ComputeHighestNumber() const;
 
 private:
-    void Rebuild(std::size_t capacity);
-    void Place(ClassData* data);
+    // What a slot holds: null, a tombstone, a ClassData, or (lowest bit set) several of one id.
+    using Slot = std::uintptr_t;
+    struct Duplicates;
 
-    ClassData** m_slots = nullptr;  // from Allocator; null free, all ones tombstone
-    std::size_t m_capacity = 0;     // a power of two
-    std::size_t m_count = 0;        // live entries
-    std::size_t m_used = 0;         // live entries and tombstones
+    static constexpr Slot kFree = 0;
+    static constexpr Slot kTombstone = ~Slot{0};
+
+    static bool IsLive(Slot slot) { return slot != kFree && slot != kTombstone; }
+    static Duplicates* DuplicatesOf(Slot slot);
+    static ClassData* First(Slot slot);
+
+    std::size_t Home(std::uint32_t key) const;
+    /// The slot of an equal id, else null. `reusable` gets where a new entry goes.
+    Slot* Search(const IdValue& id, std::uint32_t key, std::size_t* reusable) const;
+    void Vacate(std::size_t index) noexcept;
+    void Rebuild(std::size_t capacity);
+    void FreeSlots();
+    template <class Visit>
+    void ForEach(Visit visit) const;
+
+    Slot* m_slots = nullptr;          // from Allocator; the keys stand behind the slots
+    std::uint32_t* m_keys = nullptr;  // the hash of each live slot's id
+    std::size_t m_capacity = 0;       // a power of two, at least kGroup
+    std::size_t m_count = 0;          // objects
+    std::size_t m_used = 0;           // slots that aren't free
+    std::size_t m_live = 0;           // slots with objects
     std::uint32_t m_highest = 0;
 };
 

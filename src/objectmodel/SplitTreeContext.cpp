@@ -15,20 +15,30 @@ SplitTreeContext::SplitTreeContext(ClassData& oldRoot, ClassData& newRoot)
 zorvexTraverseResult SplitTreeContext::Visit(Object* object)
 {
     ClassData* data = ClassData::Of(object);
-    if (!data->id.HasValue())
+    if (data->id.HasValue())
     {
-        return zorvexTraverseContinue;
+        Move(*data);
     }
+    if (const Array<Object*>* aside = data->AsideChildren())
+    {
+        for (Object* child : *aside)
+        {
+            child->Traverse(this);
+        }
+    }
+    return zorvexTraverseContinue;
+}
+
+void SplitTreeContext::Move(ClassData& data)
+{
     if (m_oldRoot.idTable != nullptr)
     {
-        m_oldRoot.idTable->Remove(data);
+        m_oldRoot.idTable->Remove(&data);
     }
-    if (m_newRoot.idTable == nullptr)
+    if (&data != &m_newRoot)  // the first table of a root takes in the root's own id
     {
-        m_newRoot.idTable = new IdTable;
+        m_newRoot.NeedIdTable().Insert(&data);
     }
-    m_newRoot.idTable->Insert(data);
-    return zorvexTraverseContinue;
 }
 
 }  // namespace zorvex_api

@@ -8,7 +8,7 @@ namespace zorvex_api
 class ClassData;
 
 /// Moves the ids of a subtree that is being detached from the old root's table to the table of the
-/// new root. URIs aren't followed.
+/// new root, those of children kept aside too. URIs aren't followed.
 class SplitTreeContext final : public TraverseContext
 {
 public:
@@ -17,6 +17,8 @@ public:
     zorvexTraverseResult Visit(Object* object) override;
 
 private:
+    void Move(ClassData& data);
+
     ClassData& m_oldRoot;
     ClassData& m_newRoot;
 };

@@ -1,0 +1,313 @@
+#include "objectmodel/IdTable.h"
+
+#include <algorithm>
+#include <bit>
+#include <new>
+#include <utility>
+
+#include "objectmodel/ClassData.h"
+#include "objectmodel/HookedVector.h"
+#include "objectmodel/IdSeed.h"
+
+namespace zorvex_api
+{
+
+namespace
+{
+
+// Ids with numbers in a row stand side by side in groups of this size, so that reading a document
+// touches few cache lines; the place of a group is a hash with a seed of the process, so that a
+// document can't choose ids that collide.
+constexpr unsigned kGroupBits = 3;
+constexpr std::size_t kGroup = 1u << kGroupBits;
+constexpr std::size_t kSmallest = 4 * kGroup;
+
+constexpr std::size_t Limit(std::size_t capacity)
+{
+    return capacity / 4 * 3;
+}
+
+}  // namespace
+
+/// Objects of one id in the order of entry.
+struct IdTable::Duplicates : public Allocator
+{
+    HookedVector<ClassData*> objects;
+    std::size_t first = 0;  // those before have left
+
+    std::size_t Count() const { return objects.size() - first; }
+    bool Remove(const ClassData* data)
+    {
+        if (objects[first] == data)
+        {
+            ++first;
+            return true;
+        }
+        const auto place =
+            std::find(objects.begin() + static_cast<std::ptrdiff_t>(first), objects.end(), data);
+        if (place == objects.end())
+        {
+            return false;
+        }
+        objects.erase(place);
+        return true;
+    }
+};
+
+IdTable::Duplicates* IdTable::DuplicatesOf(Slot slot)
+{
+    return (slot & 1) != 0 ? reinterpret_cast<Duplicates*>(slot & ~Slot{1}) : nullptr;
+}
+
+ClassData* IdTable::First(Slot slot)
+{
+    const Duplicates* several = DuplicatesOf(slot);
+    return several != nullptr ? several->objects[several->first]
+                              : reinterpret_cast<ClassData*>(slot);
+}
+
+template <class Visit>
+void IdTable::ForEach(Visit visit) const
+{
+    for (std::size_t i = 0; i < m_capacity; ++i)
+    {
+        if (!IsLive(m_slots[i]))
+        {
+            continue;
+        }
+        if (const Duplicates* several = DuplicatesOf(m_slots[i]))
+        {
+            for (std::size_t k = several->first; k < several->objects.size(); ++k)
+            {
+                visit(several->objects[k]);
+            }
+            continue;
+        }
+        visit(reinterpret_cast<ClassData*>(m_slots[i]));
+    }
+}
+
+IdTable::~IdTable()
+{
+    FreeSlots();
+}
+
+void IdTable::FreeSlots()
+{
+    for (std::size_t i = 0; i < m_capacity; ++i)
+    {
+        if (IsLive(m_slots[i]))
+        {
+            delete DuplicatesOf(m_slots[i]);
+        }
+    }
+    Allocator::deallocate(m_slots);
+    m_slots = nullptr;
+    m_keys = nullptr;
+    m_capacity = m_count = m_used = m_live = 0;
+}
+
+std::size_t IdTable::Home(std::uint32_t key) const
+{
+    std::uint64_t mixed = (key >> kGroupBits) + internal::IdSeed();
+    mixed *= 0x9e3779b97f4a7c15ULL;
+    mixed = (mixed ^ (mixed >> 32)) * 0xd6e8feb86659fd93ULL;
+    const unsigned groupBits = static_cast<unsigned>(std::countr_zero(m_capacity)) - kGroupBits;
+    const std::size_t group = static_cast<std::size_t>(mixed >> (64 - groupBits));
+    return group * kGroup + (key & (kGroup - 1));
+}
+
+IdTable::Slot* IdTable::Search(const IdValue& id, std::uint32_t key, std::size_t* reusable) const
+{
+    if (m_capacity == 0)
+    {
+        return nullptr;
+    }
+    const std::size_t mask = m_capacity - 1;
+    std::size_t place = m_capacity;
+    std::size_t i = Home(key);
+    for (; m_slots[i] != kFree; i = (i + 1) & mask)  // Limit() keeps some slots free
+    {
+        if (m_slots[i] == kTombstone)
+        {
+            place = place == m_capacity ? i : place;
+        }
+        else if (m_keys[i] == key && First(m_slots[i])->id == id)
+        {
+            return &m_slots[i];
+        }
+    }
+    if (reusable != nullptr)
+    {
+        *reusable = place != m_capacity ? place : i;
+    }
+    return nullptr;
+}
+
+void IdTable::Insert(ClassData* data)
+{
+    std::uint32_t number = 0;
+    if (data->id.GetNumber(number))
+    {
+        RaiseHighestNumber(number);
+    }
+    if (m_used + 1 > Limit(m_capacity))
+    {
+        // Tombstones alone don't make the table larger.
+        const bool full = 2 * (m_live + 1) > Limit(m_capacity);
+        Rebuild(full ? std::max(kSmallest, 2 * m_capacity) : m_capacity);
+    }
+    const std::uint32_t key = data->id.Hash();
+    std::size_t place = 0;
+    Slot* equal = Search(data->id, key, &place);
+    if (equal == nullptr)
+    {
+        m_used += m_slots[place] == kFree ? 1 : 0;
+        m_slots[place] = reinterpret_cast<Slot>(data);
+        m_keys[place] = key;
+        ++m_live;
+        ++m_count;
+        return;
+    }
+    Duplicates* several = DuplicatesOf(*equal);
+    if (several == nullptr)
+    {
+        several = new Duplicates;
+        several->objects.push_back(reinterpret_cast<ClassData*>(*equal));
+        *equal = reinterpret_cast<Slot>(several) | 1;
+    }
+    several->objects.push_back(data);
+    ++m_count;
+}
+
+void IdTable::Remove(ClassData* data) noexcept
+{
+    Slot* slot = Search(data->id, data->id.Hash(), nullptr);
+    if (slot == nullptr)
+    {
+        return;
+    }
+    Duplicates* several = DuplicatesOf(*slot);
+    if (several == nullptr)
+    {
+        if (*slot == reinterpret_cast<Slot>(data))
+        {
+            --m_count;
+            Vacate(static_cast<std::size_t>(slot - m_slots));
+        }
+        return;
+    }
+    if (!several->Remove(data))
+    {
+        return;
+    }
+    --m_count;
+    if (several->Count() == 1)
+    {
+        *slot = reinterpret_cast<Slot>(several->objects[several->first]);
+        delete several;
+    }
+}
+
+void IdTable::Vacate(std::size_t index) noexcept
+{
+    --m_live;
+    const std::size_t mask = m_capacity - 1;
+    m_slots[index] = kTombstone;
+    if (m_slots[(index + 1) & mask] != kFree)
+    {
+        return;
+    }
+    // No search goes on behind a free slot, so the tombstones before it aren't needed.
+    for (; m_slots[index] == kTombstone; index = (index - 1) & mask)
+    {
+        m_slots[index] = kFree;
+        --m_used;
+    }
+}
+
+ClassData* IdTable::Find(const IdValue& id) const
+{
+    if (!id.HasValue() || m_count == 0)
+    {
+        return nullptr;
+    }
+    const Slot* slot = Search(id, id.Hash(), nullptr);
+    return slot != nullptr ? First(*slot) : nullptr;
+}
+
+void IdTable::Rebuild(std::size_t capacity)
+{
+    const std::size_t bytes = capacity * (sizeof(Slot) + sizeof(std::uint32_t));
+    Slot* slots = static_cast<Slot*>(Allocator::allocate(bytes));
+    std::fill_n(slots, capacity, kFree);
+    Slot* oldSlots = std::exchange(m_slots, slots);
+    const std::uint32_t* oldKeys =
+        std::exchange(m_keys, reinterpret_cast<std::uint32_t*>(slots + capacity));
+    const std::size_t oldCapacity = std::exchange(m_capacity, capacity);
+    for (std::size_t i = 0; i < oldCapacity; ++i)
+    {
+        if (!IsLive(oldSlots[i]))
+        {
+            continue;
+        }
+        std::size_t place = Home(oldKeys[i]);
+        while (m_slots[place] != kFree)
+        {
+            place = (place + 1) & (capacity - 1);
+        }
+        m_slots[place] = oldSlots[i];
+        m_keys[place] = oldKeys[i];
+    }
+    m_used = m_live;
+    Allocator::deallocate(oldSlots);
+}
+
+void IdTable::Reserve(std::size_t count)
+{
+    std::size_t capacity = std::max(kSmallest, m_capacity);
+    while (Limit(capacity) < count)
+    {
+        capacity *= 2;
+    }
+    if (capacity != m_capacity)
+    {
+        Rebuild(capacity);
+    }
+}
+
+void IdTable::Absorb(IdTable& other)
+{
+    RaiseHighestNumber(other.m_highest);
+    if (m_count == 0)
+    {
+        std::swap(m_slots, other.m_slots);
+        std::swap(m_keys, other.m_keys);
+        std::swap(m_capacity, other.m_capacity);
+        std::swap(m_count, other.m_count);
+        std::swap(m_used, other.m_used);
+        std::swap(m_live, other.m_live);
+        other.FreeSlots();
+        return;
+    }
+    Reserve(m_live + other.m_live);
+    other.ForEach([this](ClassData* data) { Insert(data); });
+    other.FreeSlots();
+}
+
+std::uint32_t IdTable::ComputeHighestNumber() const
+{
+    std::uint32_t highest = 0;
+    ForEach(
+        [&highest](const ClassData* data)
+        {
+            std::uint32_t number = 0;
+            if (data->id.GetNumber(number))
+            {
+                highest = std::max(highest, number);
+            }
+        });
+    return highest;
+}
+
+}  // namespace zorvex_api
