@@ -38,16 +38,16 @@ class Chain
 public:
     Chain()
     {
-        const size_t generated = GeneratedClassCount();
+        const auto& generated = GeneratedClassInitialisers();
         m_nodes = static_cast<LinkNode*>(::operator new(
-            (std::size(kOwnClasses) + generated + std::size(kPlugins)) * sizeof(LinkNode)));
+            (std::size(kOwnClasses) + generated.size() + std::size(kPlugins)) * sizeof(LinkNode)));
         for (const Initialiser initialiser : kOwnClasses)
         {
             Add(initialiser, LinkNode::kClass);
         }
-        for (size_t i = 0; i < generated; ++i)
+        for (const Initialiser initialiser : generated)
         {
-            Add(GeneratedClassInitialisers()[i], LinkNode::kClass);
+            Add(initialiser, LinkNode::kClass);
         }
         for (const Initialiser initialiser : kPlugins)
         {
