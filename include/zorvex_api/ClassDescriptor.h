@@ -54,8 +54,8 @@ private:
 /// The metadata of one class: names, base class, fields, how to make an object.
 ///
 /// Owned by the class registry. A built-in class lives until Terminate, a class made at run time
-/// until Reset; the memory stays as long as objects of the class do. Looking classes up is safe from
-/// any thread. The Set and Register operations are for the code that brings a class in.
+/// until Reset; the memory stays as long as objects of the class do. Looking classes up is safe
+/// from any thread. The Set and Register operations are for the code that brings a class in.
 class ZORVEX_API ClassDescriptor : public Allocator
 {
 public:
@@ -75,7 +75,8 @@ public:
     static ClassDescriptor* FindByClass(short classValue);
     /// Built-in classes and those made at run time.
     static int NumberOfClassDescriptors();
-    /// Class `index`, 0 up to NumberOfClassDescriptors(), built-in classes first. Null out of range.
+    /// Class `index`, 0 up to NumberOfClassDescriptors(), built-in classes first. Null out of
+    /// range.
     static ClassDescriptor* GetClassDescriptor(int index);
     /// Releases all classes made at run time: nobody finds them any more.
     static Result Reset();
@@ -88,7 +89,8 @@ public:
     const String& GetName() const;
     int SetName(const String& name);
     const String& GetVersion() const;
-    /// `version` is the format's version, optionally followed by a blank and the schema's file name.
+    /// `version` is the format's version, optionally followed by a blank and the schema's file
+    /// name.
     int SetVersion(const String& version);
     /// The name objects are written with: the class's name unless another one was set.
     const String& GetOutputName() const;
@@ -103,7 +105,8 @@ public:
     const String& GetSchemaName() const;
     int SetSchemaName(const String& name);
 
-    // --- the class --------------------------------------------------------------------------------
+    // --- the class
+    // --------------------------------------------------------------------------------
 
     /// The class value: 1 to 32760, handed out anew in each session.
     short GetClass() const;
@@ -136,7 +139,8 @@ public:
     Result GetProperty(const String& name, String& value) const;
     Result GetProperty(const String& name, void*& value) const;
 
-    // --- fields -----------------------------------------------------------------------------------
+    // --- fields
+    // -----------------------------------------------------------------------------------
 
     /// Adds a field. 0 when the class or a base of it has such an attribute already; element fields
     /// may repeat.

@@ -62,7 +62,8 @@ public:
     const String& GetClassString() const;
     const String& GetDefaultValue() const;
     int HasDefaultValue() const;
-    /// The number of values of a fixed array, 0 for a variable one and for a field that is no array.
+    /// The number of values of a fixed array, 0 for a variable one and for a field that is no
+    /// array.
     int GetArrayLength() const;
     int IsArray() const;
     int IsVariableLengthArray() const;

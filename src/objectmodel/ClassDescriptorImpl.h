@@ -4,8 +4,11 @@
 #include <cstdint>
 
 #include "objectmodel/ClassLayout.h"
+#include "objectmodel/ClassNameTable.h"
+#include "objectmodel/ClassText.h"
 #include "objectmodel/FieldDescriptor.h"
 #include "objectmodel/FieldIndex.h"
+#include "objectmodel/FieldSearch.h"
 #include "objectmodel/HookedVector.h"
 #include "runtime/Text.h"
 #include "zorvex_api/Allocator.h"
@@ -18,19 +21,11 @@ namespace zorvex_api
 class ClassRegistry;
 class Object;
 
-/// Entry of a class in a name table: part of the class, so it lives as long.
-struct ClassNameKey
-{
-    std::uint32_t hash = 0;
-    String text;
-    ClassDescriptorImpl* owner = nullptr;
-};
-
 /// The record behind a ClassDescriptor.
 ///
-/// Life: one use from making, shared by the chain's node and the registry; merges add uses. With the
-/// last use the class leaves the registry at once; its memory goes when no object and no derived
-/// class holds it any more.
+/// Life: one use from making, shared by the chain's node and the registry; merges add uses. With
+/// the last use the class leaves the registry at once; its memory goes when no object and no
+/// derived class holds it any more.
 ///
 /// Threads: what stands in the registry is read without a lock. Changes of a registered class (its
 /// fields, its base) are made under the registry's write lock, published by atomic pointers, and
@@ -49,7 +44,8 @@ public:
         return descriptor != nullptr ? descriptor->GetImplementation() : nullptr;
     }
 
-    // --- names ------------------------------------------------------------------------------------
+    // --- names
+    // ------------------------------------------------------------------------------------
     short Value() const { return m_classValue; }
     const String& Name() const { return m_name; }
     const String& OutputName() const { return m_outputName.IsEmpty() ? m_name : m_outputName; }
@@ -62,20 +58,30 @@ public:
     const String& Version() const { return m_version; }
     const String& SchemaFile() const { return m_schemaFile; }
     const String& SchemaName() const { return m_schemaName; }
-    /// A class without a schema file counts as made at run time where names are matched and written.
+    /// A class without a schema file counts as made at run time where names are matched and
+    /// written.
     bool HasSchemaFile() const { return !m_schemaFile.IsEmpty(); }
     /// Made at run time, with generic objects.
     bool IsRuntimeClass() const { return m_genericMake != nullptr; }
     bool IsAbstract() const { return m_abstract; }
     bool IsDeprecated() const { return m_deprecated; }
     bool IsRegistered() const { return m_registered; }
-    const String& BaseName() const { return m_baseName; }
+    const String& BaseName() const
+    {
+        const String* name = m_baseName.load(std::memory_order_acquire);
+        return name != nullptr ? *name : String::EmptyString();
+    }
     const String& EquivalenceName() const { return m_equivalenceName; }
     const HookedVector<String>& OptionalAttributes() const { return m_optionalAttributes; }
 
-    // --- the class chain --------------------------------------------------------------------------
+    // --- the class chain
+    // --------------------------------------------------------------------------
     /// The base class, resolved on first need; null when there is none or it isn't known.
-    ClassDescriptorImpl* Base() const;
+    ClassDescriptorImpl* Base() const
+    {
+        ClassDescriptorImpl* base = m_base.load(std::memory_order_acquire);
+        return base != nullptr ? base : ResolveBase();
+    }
     ClassDescriptorImpl* Equivalence() const;
     /// The class itself or one of its bases. One comparison.
     bool IsSubClass(const ClassDescriptorImpl* other) const
@@ -93,8 +99,18 @@ public:
     bool IsSubClass(short classValue) const;
     /// By qualified name, or a bare name for a class without a namespace.
     bool IsSubClass(TextView qualifiedName) const;
-    bool IsIdObject() const { return IsMemberOf(m_isIdObject); }
-    bool IsDocumentBase() const { return IsMemberOf(m_isDocumentBase); }
+    bool IsIdObject() const
+    {
+        const signed char known = m_isIdObject.load(std::memory_order_relaxed);
+        return known >= 0 ? known != 0 : FindMembership(m_isIdObject, u"IdObject");
+    }
+    bool IsDocumentBase() const
+    {
+        const signed char known = m_isDocumentBase.load(std::memory_order_relaxed);
+        return known >= 0 ? known != 0 : FindMembership(m_isDocumentBase, u"DocumentBase");
+    }
+    /// Appends the classes below that aren't abstract, through abstract ones.
+    void CollectConcreteClasses(Array<ClassDescriptor*>& classes) const;
     /// Calls `visit(class)` for each class that names this one as its base and has resolved it.
     /// Under the registry's write lock.
     template <class Visit>
@@ -107,7 +123,8 @@ public:
         }
     }
 
-    // --- fields -----------------------------------------------------------------------------------
+    // --- fields
+    // -----------------------------------------------------------------------------------
     /// The class's own fields in declaration order; readable while others are added.
     FieldSpan Fields() const;
     /// All fields with those of the bases, ready to walk and to search.
@@ -120,20 +137,28 @@ public:
     /// false stays in the class itself; `exactOnly` leaves out the name match.
     FieldDescriptor* FindField(TextView name, int mask, bool climb = true,
                                bool exactOnly = false) const;
+    /// See ClassLayout::FindAttribute; this form also serves a class whose fields keep changing.
+    FieldDescriptor* FindAttribute(TextView xmlName) const;
     /// Differs after each change of the fields or bases of this class.
     std::uint32_t Generation() const { return m_generation.load(std::memory_order_acquire); }
 
-    // --- objects ----------------------------------------------------------------------------------
+    // --- objects
+    // ----------------------------------------------------------------------------------
     /// An object whose class is fixed to this one holds it, so that its memory stays.
     void AddObject() { m_holds.fetch_add(1, std::memory_order_relaxed); }
     void RemoveObject() { Unhold(); }
+    /// Classes that exist, those included that only objects hold.
+    static int NumberAlive();
     /// Whether objects of this class or of one below it exist. Under the registry's write lock.
     bool IsUsedByObjects() const;
     Object* MakeObject();
 
-    // --- filling ----------------------------------------------------------------------------------
-    /// While set, texts given to the operations below lie over literals and are kept without a copy.
+    // --- filling
+    // ----------------------------------------------------------------------------------
+    /// While set, texts given to the operations below lie over literals and are kept without a
+    /// copy.
     void SetBorrowsTexts(bool borrows) { m_borrowsTexts = borrows; }
+    bool BorrowsTexts() const { return m_borrowsTexts; }
     void SetName(const String& name);
     void SetVersion(const String& version);
     void SetOutputName(const String& name);
@@ -169,11 +194,15 @@ public:
     bool RemoveField(FieldDescriptor* field);
     /// The own field that the SetField operations mean; the built-in id for a class under IdObject.
     FieldDescriptor* FindOwnField(TextView name) const;
-    /// Own fields changed in a way that layouts depend on.
-    void FieldsChanged();
+    /// Applies `change(field)` to the own field of that name; gives its result, 0 without a field.
+    /// The built-in id serves all classes: it is found, but nothing of it is changed.
+    template <class Change>
+    int ChangeField(TextView name, Change change);
+    /// To be called after a change of own fields that layouts depend on.
+    void FieldsChanged(bool namesToo);
 
-    // --- for the registry -------------------------------------------------------------------------
-    void AddUse() { ++m_useCount; }
+    // --- for the registry
+    // -------------------------------------------------------------------------
     /// Drops a use; with the last the class leaves the registry. Raises code 2 with
     /// "Unable to remove ClassDescriptor." or "zorvexClass values problem." on inconsistencies.
     void Release();
@@ -186,9 +215,9 @@ private:
     struct Lineage
     {
         std::uint32_t depth;
-        bool complete;             // no base name is left unresolved
-        std::uint32_t namesSeen;   // names generation in which it was made
-        ClassDescriptorImpl* chain[1];
+        bool complete;                                 // no base name is left unresolved
+        mutable std::atomic<std::uint32_t> namesSeen;  // names generation in which it held
+        const ClassDescriptorImpl* chain[1];
     };
     /// Own fields, appended in place while there is room.
     struct FieldList
@@ -213,29 +242,32 @@ private:
         return lineage != nullptr && lineage->complete ? *lineage : RefreshLineage();
     }
     const Lineage& RefreshLineage() const;
-    const Lineage& MakeLineage() const;
     const ClassLayout& MakeLayout() const;
-    bool IsMemberOf(const std::atomic<signed char>& cache) const;
+    bool FindMembership(std::atomic<signed char>& cache, TextView className) const;
+    ClassDescriptorImpl* FindNamed(const String& name) const;
     ClassDescriptorImpl* ResolveBase() const;
+    void ResolveChain() const;
     void LinkBase(ClassDescriptorImpl* base) const;
-    void UnlinkBase();
-    void Invalidate(bool baseChanged);
+    void UnlinkBase() const;
+    void Invalidate(bool baseChanged) const;
+    FieldDescriptor* FindInChain(const FieldQuery& query, bool climb, bool exactOnly) const;
+    bool LayoutPays() const;
 
-    const FieldIndex* Index() const { return m_index.load(std::memory_order_acquire); }
-    FieldDescriptor* FindDuplicate(const FieldDescriptor& candidate) const;
-    FieldDescriptor* FindInChain(TextView name, int mask, bool exactOnly) const;
+    // The rest runs under the registry's write lock.
+    FieldScope Scope() const { return {Fields(), m_index.load(std::memory_order_acquire)}; }
+    FieldDescriptor* FindDuplicate(const FieldDescriptor& candidate, bool idObject) const;
+    FieldDescriptor* FindSameElement(const FieldDescriptor& candidate) const;
+    int RegisterAgain(FieldDescriptor& present, const FieldDescriptor& candidate);
     void InsertField(FieldDescriptor* field, Place place);
-    void ReplaceList(const FieldSpan& fields, std::uint32_t capacity);
-    void RebuildIndex();
+    void PublishFields(FieldSpan fields, bool appended);
+    void IndexFields();
     void TakeOverFields(ClassDescriptorImpl& other);
-    String Kept(const String& text) const;
-    void DestroyFields();
+    void MakeKeys();
+    String Kept(const String& text) const { return KeepText(text, m_borrowsTexts); }
+    void Retire(void* block, void (*destroy)(void*)) const;
 
-    template <class T>
-    void Retire(T* block, void (*destroy)(void*)) const;
-
-    void Hold() { m_holds.fetch_add(1, std::memory_order_relaxed); }
     void Unhold();
+    bool DropHold() { return m_holds.fetch_sub(1, std::memory_order_acq_rel) == 1; }
 
     ClassDescriptor* m_descriptor = nullptr;  // owned
     short m_classValue = 0;
@@ -247,7 +279,7 @@ private:
     String m_schemaName;
     String m_namespace;
     String m_prefix;
-    String m_baseName;
+    std::atomic<String*> m_baseName{nullptr};  // owned; null for none
     String m_equivalenceName;
     String m_schemaFile;
     Object* (*m_make)() = nullptr;
@@ -257,16 +289,22 @@ private:
     bool m_deprecated = false;
     bool m_borrowsTexts = false;
     bool m_holdsNamespace = false;
+    bool m_inRuntimeTables = false;
     std::atomic<bool> m_registered{false};
-    int m_useCount = 1;  // changed under the registry's write lock or at start and end
+    std::atomic<bool> m_published{false};  // was registered: others may be reading it
+    int m_useCount = 1;                    // under the registry's write lock
     // One for the use side as long as there is a use, one for each object and each derived class.
-    std::atomic<std::uint64_t> m_holds{1};
+    mutable std::atomic<std::uint64_t> m_holds{1};
+    mutable std::atomic<std::uint64_t> m_classHolds{0};        // of these, by derived classes
+    mutable HookedVector<ClassDescriptorImpl*> m_formerBases;  // held
     HookedVector<String> m_optionalAttributes;
 
-    mutable std::atomic<String*> m_qualifiedName{nullptr};           // owned
-    mutable std::atomic<std::string*> m_utf8OutputName{nullptr};     // owned
-    mutable std::atomic<ClassDescriptorImpl*> m_base{nullptr};       // held
-    mutable std::atomic<Lineage*> m_lineage{nullptr};                // owned
+    mutable std::atomic<String*> m_qualifiedName{nullptr};        // owned
+    mutable std::atomic<std::string*> m_utf8OutputName{nullptr};  // owned
+    mutable std::atomic<ClassDescriptorImpl*> m_base{nullptr};    // held
+    mutable std::atomic<Lineage*> m_lineage{nullptr};             // owned
+    mutable std::atomic<short> m_equivalenceValue{class_value::kUnset};
+    mutable std::atomic<std::uint32_t> m_equivalenceUnresolvedIn{0};  // names generation
     mutable std::atomic<signed char> m_isIdObject{-1};
     mutable std::atomic<signed char> m_isDocumentBase{-1};
     mutable ClassDescriptorImpl* m_firstDerived = nullptr;
@@ -274,19 +312,41 @@ private:
     mutable ClassDescriptorImpl* m_nextSibling = nullptr;
     mutable ClassDescriptorImpl* m_previousSibling = nullptr;
 
-    std::atomic<FieldList*> m_fields{nullptr};       // owned, with its fields
-    std::atomic<FieldIndex*> m_index{nullptr};       // owned; null while the list is short
+    std::atomic<FieldList*> m_fields{nullptr};            // owned, with its fields
+    std::atomic<FieldIndex*> m_index{nullptr};            // owned; null while the list is short
     mutable std::atomic<ClassLayout*> m_layout{nullptr};  // owned
     mutable std::atomic<std::uint32_t> m_generation{1};
-    mutable std::atomic<std::uint32_t> m_missesSinceChange{0};
+    mutable std::atomic<std::uint32_t> m_searchesSinceChange{0};
+    mutable std::atomic<std::uint32_t> m_baseUnresolvedIn{0};  // names generation
     mutable HookedVector<Retired> m_retired;
 
-    // Entries in the registry's name tables: qualified name, local name, output name, old name.
+    // Entries in the registry's name tables: qualified name, local name, output name, old name. The
+    // texts are those at registration; what changes later doesn't move the class.
     ClassNameKey m_qualifiedKey;
     ClassNameKey m_localKey;
-    ClassNameKey m_outputKey;
-    ClassNameKey m_aliasKey;
+    ClassNameKey m_outputKey;  // empty when the output name is the name
+    ClassNameKey m_aliasKey;   // empty but for one class
+    String m_localKeyText;     // empty when it is the end of the qualified name
+    String m_outputKeyText;
+    String m_aliasKeyText;
     std::uint32_t m_registryIndex = 0;  // place in the registry's list
 };
+
+template <class Change>
+int ClassDescriptorImpl::ChangeField(TextView name, Change change)
+{
+    FieldDescriptor* const field = FindOwnField(name);
+    if (field == nullptr || field->IsBuiltIn())
+    {
+        return field != nullptr;
+    }
+    const std::uint32_t xmlName = field->XmlNameHash();
+    if (!change(*field))
+    {
+        return 0;
+    }
+    FieldsChanged(field->XmlNameHash() != xmlName);
+    return 1;
+}
 
 }  // namespace zorvex_api

@@ -7,6 +7,7 @@
 #include "objectmodel/ElementCache.h"
 #include "objectmodel/FieldDescriptor.h"
 #include "objectmodel/FieldIndex.h"
+#include "objectmodel/FieldSearch.h"
 #include "objectmodel/HookedVector.h"
 #include "runtime/Text.h"
 
@@ -15,17 +16,16 @@ namespace zorvex_api
 
 class ClassDescriptorImpl;
 
-using FieldSpan = std::span<FieldDescriptor* const>;
-
 /// All fields of a class and its bases, arranged for reading, writing and walking.
 ///
-/// Immutable once published; obtained from ClassDescriptorImpl::Layout(), which makes a new one when
-/// the class or a base of it has changed. A layout stays readable as long as its class exists, but
-/// doesn't learn of later changes: ask for it anew for each object.
-class ClassLayout
+/// Immutable once published; obtained from ClassDescriptorImpl::Layout(), which makes a new one
+/// when the class or a base of it has changed. A layout stays readable as long as its class exists,
+/// but doesn't learn of later changes: ask for it anew for each object.
+class ClassLayout : public Allocator
 {
 public:
-    ClassLayout(const ClassDescriptorImpl& owner, std::uint32_t generation);
+    /// `chain`: the class itself and its bases up to the root class.
+    ClassLayout(std::span<const ClassDescriptorImpl* const> chain, std::uint32_t generation);
 
     std::uint32_t Generation() const { return m_generation; }
 
@@ -40,7 +40,8 @@ public:
     /// Required fields that are no elements, derived first, without those that the class or a
     /// subclass on the way makes optional.
     FieldSpan RequiredFields() const { return m_requiredFields; }
-    /// The nearest content field, the nearest of type 11, the nearest that takes any child; or null.
+    /// The nearest content field, the nearest of type 11, the nearest that takes any child; or
+    /// null.
     FieldDescriptor* Content() const { return m_content; }
     FieldDescriptor* ExternalReference() const { return m_externalReference; }
     FieldDescriptor* Wildcard() const { return m_wildcard; }
@@ -53,14 +54,19 @@ public:
     /// The field that a text means, of the kinds in `mask`: of exactly that name anywhere in the
     /// class chain, else the first that the name match accepts. "load" and "location" mean the
     /// external reference.
-    FieldDescriptor* FindField(TextView name, int mask) const;
+    FieldDescriptor* FindField(const FieldQuery& query, bool exactOnly) const;
+    FieldDescriptor* FindField(TextView name, int mask) const
+    {
+        return FindField(FieldQuery(name, mask), false);
+    }
 
     /// What the reader found for an element name below this class; see ElementCache.
     ElementCache& Elements() const { return m_elements; }
 
 private:
-    void Add(FieldDescriptor* field);
-    void CollectRequired(const ClassDescriptorImpl& owner);
+    void Note(FieldDescriptor* field);
+    void CollectRequired(std::span<const ClassDescriptorImpl* const> chain);
+    FieldScope Scope() const { return {m_derivedFirst, &m_index}; }
 
     std::uint32_t m_generation;
     HookedVector<FieldDescriptor*> m_derivedFirst;
@@ -71,7 +77,7 @@ private:
     FieldDescriptor* m_content = nullptr;
     FieldDescriptor* m_externalReference = nullptr;
     FieldDescriptor* m_wildcard = nullptr;
-    FieldIndex* m_index = nullptr;
+    FieldIndex m_index;
     mutable ElementCache m_elements;
 };
 

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <string>
 
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "runtime/Text.h"
@@ -17,8 +18,8 @@ class LinkNode;
 
 /// All classes of the process, by name and by class value.
 ///
-/// Built-in classes are found without a lock. Classes made at run time stand in tables of their own,
-/// guarded by mutex 4. Every change is made under one write lock, the innermost of all locks.
+/// Built-in classes are found without a lock. Classes made at run time stand in tables of their
+/// own, guarded by mutex 4. Every change is made under one write lock, the innermost of all locks.
 class ClassRegistry
 {
 public:
@@ -26,24 +27,27 @@ public:
     /// More classes than this at the end of the fill fail `Initialise`.
     static constexpr int kClassLimit = 7978;
 
-    // --- life -------------------------------------------------------------------------------------
+    // --- life
+    // -------------------------------------------------------------------------------------
     /// Runs the class nodes of the chain that haven't been run: all of them the first time, later
     /// those of libraries loaded since. Cheap when there is nothing to do.
     static void Fill();
     static bool IsFilled();
     /// Releases every class: nodes forget theirs, nobody finds any. A later Fill starts anew.
     static void ReleaseAll();
-    /// A chain node that held this class goes away with its library.
-    static void ReleaseNode(ClassDescriptor* descriptor);
 
-    // --- finding; none of these fills the registry ------------------------------------------------
+    // --- finding; none of these fills the registry
+    // ------------------------------------------------
     /// The forms of ClassDescriptor::FindByName.
     static ClassDescriptor* FindByName(TextView text);
+    /// The same, without the limit of the length.
+    static ClassDescriptor* Lookup(TextView text);
     /// A name within a namespace; an empty namespace means a class without one. No length limit.
     static ClassDescriptor* Find(TextView namespaceUri, TextView localName);
     /// The same among the classes made at run time only.
     static ClassDescriptor* FindRuntime(TextView namespaceUri, TextView localName);
-    /// In any namespace: the main one, then registered ones from the last, then the class made last.
+    /// In any namespace: the main one, then registered ones from the last, then the class made
+    /// last.
     static ClassDescriptor* FindInAnyNamespace(TextView localName);
     /// For the class name of a field: FindByName, in any namespace when `searchAll`.
     static ClassDescriptor* FindForField(TextView text, bool searchAll);
@@ -55,15 +59,15 @@ public:
     }
     static int Count();
     static ClassDescriptor* ByIndex(int index);
-    static void AllNames(String& out);
 
-    // --- changing ---------------------------------------------------------------------------------
+    // --- changing
+    // ---------------------------------------------------------------------------------
     /// Enters a filled class, or merges it into the one of the same qualified name: then the one
     /// given is released. Gives the class that stands.
     static ClassDescriptor* Register(ClassDescriptor* descriptor);
-    /// Finds a class made at run time by name, or makes and registers it, in one step that no other
-    /// thread can come between. `base` null means the class "Object". Raises code 2 when class
-    /// values are exhausted. `made` (optional) tells whether it is new.
+    /// Finds a class by name, or makes and registers one with generic objects, in one step that no
+    /// other thread can come between. `base` null means the class "Object". Raises code 2 when
+    /// class values are exhausted. `made` (optional) tells whether it is new.
     static ClassDescriptor* MakeRuntimeClass(TextView name, TextView namespaceUri, TextView prefix,
                                              ClassDescriptor* base, bool* made = nullptr);
     /// Drops the registry's use of a class made at run time; nothing for a built-in one.
@@ -82,23 +86,35 @@ public:
         return s_namesGeneration.load(std::memory_order_acquire);
     }
 
-    // --- class values -----------------------------------------------------------------------------
+    // --- class values
+    // -----------------------------------------------------------------------------
     static short TakeClassValue();
-    /// Raises code 2, "zorvexClass values problem.", for a value that isn't in use.
-    static void GiveBackClassValue(short value);
+    static bool IsClassValueTaken(short value);
+    static void GiveBackClassValue(short value) noexcept;
 
 private:
     friend class ClassDescriptorImpl;
     struct State;
 
     static State& TheState();
+    /// Innermost of all locks: nothing else is locked while it is held.
     static std::recursive_mutex& WriteLock();
-    static void Insert(ClassDescriptorImpl& impl);
-    /// Takes the class out of all tables. False when it wasn't in one.
-    static bool Remove(ClassDescriptorImpl& impl);
+    static void AppendNames(std::u16string& out);
+
+    static void FillLate();
     static void RunNode(LinkNode& node);
     static void FinishAll();
     static void Forget(const Array<short>& classValues);
+
+    static void Merge(ClassDescriptorImpl& standing, ClassDescriptorImpl& fresh);
+    static void Insert(ClassDescriptorImpl& impl);
+    /// Takes the class out of all tables. False when it wasn't in one.
+    static bool Remove(ClassDescriptorImpl& impl);
+
+    static void CheckLength(TextView text);
+    static ClassDescriptor* FindKey(const ClassNameQuery& key);
+    static ClassDescriptor* FindRuntimeKey(const ClassNameQuery& key);
+    static ClassDescriptor* FindUnqualified(TextView name);
 
     static std::atomic<ClassDescriptor*> s_byValue[kMaxClassValue + 1];
     static std::atomic<std::uint32_t> s_namesGeneration;

@@ -38,7 +38,10 @@ constexpr short kString = -23;
 constexpr short kLogical = -24;
 constexpr short kAny = -25;
 
-constexpr bool IsPrimitive(short value) { return value <= kInteger && value >= kLogical; }
+constexpr bool IsPrimitive(short value)
+{
+    return value <= kInteger && value >= kLogical;
+}
 }  // namespace class_value
 
 /// One attribute, child element or content of a class.
@@ -62,7 +65,8 @@ public:
     FieldDescriptor(const FieldDescriptor&) = delete;
     FieldDescriptor& operator=(const FieldDescriptor&) = delete;
 
-    // --- what it is -------------------------------------------------------------------------------
+    // --- what it is
+    // -------------------------------------------------------------------------------
     int Type() const { return m_type; }
     /// field_kind bit.
     int Kind() const { return m_kind; }
@@ -91,7 +95,8 @@ public:
     ClassDescriptorImpl* Owner() const { return m_owner; }
     bool IsBuiltIn() const { return m_owner == nullptr; }
 
-    // --- names; the views and references live as long as the field --------------------------------
+    // --- names; the views and references live as long as the field
+    // --------------------------------
     const String& Name() const { return m_name; }
     TextView NameView() const { return m_nameView; }
     /// The name without the ending "Ref" or "Refs" of its reference type.
@@ -105,17 +110,21 @@ public:
     const String& DefaultValue() const { return m_default; }
     TextView DefaultView() const { return m_defaultView; }
 
-    // --- the class that it holds or refers to -----------------------------------------------------
+    // --- the class that it holds or refers to
+    // -----------------------------------------------------
     const String& ClassName() const { return m_className; }
     const String& ClassList() const { return m_classList; }
     /// The class value, resolved when that is possible; a primitive one for content; else unset.
     short ClassValue() const;
+    /// What is known without resolving.
+    short KnownClassValue() const { return m_classValue.load(std::memory_order_acquire); }
     /// The class, null when there is none. Of several it is their nearest common base.
     ClassDescriptor* Class() const;
     /// Of several: their class values, in the order of the list, unknown ones left out.
     void Classes(Array<short>& values) const;
 
-    // --- enumerations -----------------------------------------------------------------------------
+    // --- enumerations
+    // -----------------------------------------------------------------------------
     int NumberOfAllowedValues() const;
     /// `index` must be below the number.
     const String& AllowedValue(int index) const;
@@ -128,7 +137,8 @@ public:
     /// Whether `text` names this field; see NameMatch.h. `mask` can exclude kinds.
     bool Matches(TextView text, int mask) const;
 
-    // --- filling; before the field is published ---------------------------------------------------
+    // --- filling; before the field is published
+    // ---------------------------------------------------
     /// False for a list of classes on a field that can't have one.
     bool SetClass(const String& className, bool searchAllNamespaces, bool borrowed);
     /// Fixes the class itself; safe at any time.
@@ -149,10 +159,13 @@ public:
     std::uint32_t NameHash() const { return m_nameHash; }
     std::uint32_t XmlNameHash() const { return m_xmlNameHash; }
 
-    // --- the built-in fields id, load and location ------------------------------------------------
+    // --- the built-in fields id, load and location
+    // ------------------------------------------------
     /// Makes them when they don't exist.
     static void MakeBuiltIns();
+    /// Frees them at the end of a session, as soon as no class is left.
     static void FreeBuiltIns();
+    static void FreeUnwantedBuiltIns();
     /// Null before MakeBuiltIns.
     static FieldDescriptor* BuiltIn(BuiltInIndex index);
 
@@ -189,10 +202,11 @@ private:
     std::string m_utf8XmlName;
     std::uint32_t m_nameHash = 0;
     std::uint32_t m_xmlNameHash = 0;
-    // The names generation in which resolving found nothing; it isn't tried again until names change.
+    // The names generation in which resolving found nothing; it isn't tried again until names
+    // change.
     mutable std::atomic<std::uint32_t> m_unresolvedIn{0};
 
-    const char* const* m_enumTable = nullptr;          // borrowed, read on first need
+    const char* const* m_enumTable = nullptr;              // borrowed, read on first need
     mutable std::atomic<EnumTexts*> m_enumTexts{nullptr};  // owned
 };
 

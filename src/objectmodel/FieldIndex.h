@@ -2,9 +2,9 @@
 
 #include <atomic>
 #include <cstdint>
-#include <memory>
 
-#include "runtime/Text.h"
+#include "objectmodel/HookedVector.h"
+#include "zorvex_api/Allocator.h"
 
 namespace zorvex_api
 {
@@ -14,14 +14,15 @@ class FieldDescriptor;
 /// Positions of fields by name hash: open addressing, insertion only, read without a lock.
 ///
 /// Fields of one hash come back in the order of insertion. The table has a fixed size; its owner
-/// makes a bigger one when it is half full.
-class FieldIndex
+/// makes a bigger one when there is no more room.
+class FieldIndex : public Allocator
 {
 public:
     explicit FieldIndex(std::uint32_t numberOfFields);
 
-    bool HasRoomFor(std::uint32_t entries) const { return (m_used + entries) * 2 <= m_mask + 1; }
-    /// Enters the field's name and, when it differs, its XML name.
+    /// Whether one more field fits; at least a third of the slots stays free.
+    bool HasRoom() const { return (m_used + 2) * 3 <= (m_mask + 1) * 2; }
+    /// Enters the field under its name and, when that differs, its XML name. There must be room.
     void Insert(const FieldDescriptor& field, std::uint32_t position);
 
     /// Calls `visit(position)` for each entry of the hash until it gives true.
@@ -48,7 +49,7 @@ private:
 
     std::uint32_t m_mask;
     std::uint32_t m_used = 0;
-    std::unique_ptr<std::atomic<std::uint64_t>[]> m_slots;  // hash << 32 | position + 1; 0 is free
+    HookedVector<std::atomic<std::uint64_t>> m_slots;  // hash << 32 | position + 1; 0 is free
 };
 
 }  // namespace zorvex_api

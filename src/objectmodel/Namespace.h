@@ -29,7 +29,8 @@ public:
     static TextView MainUri();
     static bool IsMain(TextView uri) { return uri == MainUri(); }
 
-    // --- each of these takes mutex 6 --------------------------------------------------------------
+    // --- each of these takes mutex 6
+    // --------------------------------------------------------------
 
     /// Enters a URI or adds a use to its record; then only the use count changes.
     static const Namespace* Register(TextView uri, TextView prefix, bool isDefault, bool isCurrent,
