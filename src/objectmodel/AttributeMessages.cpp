@@ -67,9 +67,8 @@ Result IdIsNoInt()
 
 Result IntOverflow(TextView text)
 {
-    return Result(kFailed,
-                  String::Format("Unable to convert one of: \"%s\" to integer. Overflow?.",
-                                 ToUtf8(text).c_str()));
+    return Result(kFailed, String::Format("Unable to convert one of: \"%s\" to integer. Overflow?.",
+                                          ToUtf8(text).c_str()));
 }
 
 Result OtherRoot(TextView name, TextView id)

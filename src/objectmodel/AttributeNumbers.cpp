@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "objectmodel/FieldData.h"
 #include "runtime/NumberText.h"
 
 namespace zorvex_api::attribute_numbers
@@ -29,26 +30,14 @@ void StepPast(TextView& text, const char16_t* end)
 
 bool IsLogical(const FieldDescriptor& field)
 {
-    return field.Type() == zorvexFieldLogical ||
-           (field.Type() == zorvexFieldContentElement && field.ClassValue() == class_value::kLogical);
-}
-
-int FixedCount(const FieldDescriptor& field)
-{
-    switch (field.Type())
-    {
-    case zorvexFieldMatrix:
-        return 16;
-    case zorvexFieldVector:
-        return 3;
-    default:
-        return field.Length();
-    }
+    return field.Type() == zorvexFieldLogical || (field.Type() == zorvexFieldContentElement &&
+                                                  field.ClassValue() == class_value::kLogical);
 }
 
 void ReadLogicals(TextView text, std::vector<int>& out)
 {
-    ForEachToken(text, kLogicalSeparators, [&](TextView token) { out.push_back(LogicalOf(token)); });
+    ForEachToken(text, kLogicalSeparators,
+                 [&](TextView token) { out.push_back(LogicalOf(token)); });
 }
 
 bool ReadInts(TextView text, std::vector<int>& out)
@@ -122,6 +111,43 @@ void ReadFixedDoubles(TextView text, double* out, int count)
         out[i] = parsed.value;
         StepPast(text, parsed.end);
     }
+}
+
+std::vector<int> DefaultInts(const FieldDescriptor& field)
+{
+    const TextView text = field.DefaultView();
+    std::vector<int> values;
+    if (field.IsVariableLength())
+    {
+        if (IsLogical(field))
+        {
+            ReadLogicals(text, values);
+            return values;
+        }
+        ReadInts(text, values);
+        return values;
+    }
+    values.resize(static_cast<size_t>(FieldData::NumberCount(field)));
+    if (IsLogical(field))
+    {
+        ReadFixedLogicals(text, values.data(), FieldData::NumberCount(field));
+        return values;
+    }
+    ReadFixedInts(text, values.data(), FieldData::NumberCount(field));
+    return values;
+}
+
+std::vector<double> DefaultDoubles(const FieldDescriptor& field)
+{
+    std::vector<double> values;
+    if (FieldData::FormOf(field) == FieldData::Form::DoubleArray)
+    {
+        ReadDoubles(field.DefaultView(), values);
+        return values;
+    }
+    values.resize(static_cast<size_t>(FieldData::NumberCount(field)));
+    ReadFixedDoubles(field.DefaultView(), values.data(), FieldData::NumberCount(field));
+    return values;
 }
 
 }  // namespace zorvex_api::attribute_numbers

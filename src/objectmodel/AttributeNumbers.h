@@ -14,8 +14,6 @@ namespace attribute_numbers
 
 /// Whether the ints of a field are logical values, "true" or "false" in text.
 bool IsLogical(const FieldDescriptor& field);
-/// How many numbers a field of fixed length holds: a matrix always 16, a vector always 3.
-int FixedCount(const FieldDescriptor& field);
 
 /// Calls `visit(token)` for each piece between the units of `separators`.
 template <class Visit>
@@ -33,8 +31,8 @@ void ForEachToken(TextView text, TextView separators, Visit visit)
 
 /// "false" is 0, anything else 1.
 void ReadLogicals(TextView text, std::vector<int>& out);
-/// All tokens between white space; false at the first that doesn't fit in 32 bits, with those before
-/// it in `out`.
+/// All tokens between white space; false at the first that doesn't fit in 32 bits, with those
+/// before it in `out`.
 bool ReadInts(TextView text, std::vector<int>& out);
 /// Up to the first text that is no number, one character past each.
 void ReadDoubles(TextView text, std::vector<double>& out);
@@ -45,6 +43,10 @@ void ReadFixedLogicals(TextView text, int* out, int count);
 /// False for a number that doesn't fit in 32 bits.
 bool ReadFixedInts(TextView text, int* out, int count);
 void ReadFixedDoubles(TextView text, double* out, int count);
+
+/// The values of a field's default.
+std::vector<int> DefaultInts(const FieldDescriptor& field);
+std::vector<double> DefaultDoubles(const FieldDescriptor& field);
 
 }  // namespace attribute_numbers
 }  // namespace zorvex_api

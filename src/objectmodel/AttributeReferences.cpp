@@ -64,35 +64,35 @@ Result GetReferences(ClassData& owner, FieldDescriptor& field, FieldData& data, 
     }
     switch (FieldData::FormOf(*data.descriptor))
     {
-    case FieldData::Form::SingleId:
-        AddId(*owner.Root(), *data.SingleId(), out);
-        break;
-    case FieldData::Form::Ids:
-        for (const Id& id : *data.Ids())
-        {
-            AddId(*owner.Root(), id, out);
-        }
-        break;
-    case FieldData::Form::External:
-        if (follow)
-        {
-            Follow(owner, *data.External(), field, options, result);
-        }
-        AddUri(owner, *data.External(), out);
-        break;
-    case FieldData::Form::Externals:
-        // Following one may load documents, whose resolver may change this very list.
-        for (int i = 0; data.IsSet() && i < data.Externals()->GetSize(); ++i)
-        {
+        case FieldData::Form::SingleId:
+            AddId(*owner.Root(), *data.SingleId(), out);
+            break;
+        case FieldData::Form::Ids:
+            for (const Id& id : *data.Ids())
+            {
+                AddId(*owner.Root(), id, out);
+            }
+            break;
+        case FieldData::Form::External:
             if (follow)
             {
-                Follow(owner, *data.Externals()->GetAt(i), field, options, result);
+                Follow(owner, *data.External(), field, options, result);
             }
-            AddUri(owner, *data.Externals()->GetAt(i), out);
-        }
-        break;
-    default:
-        return attribute_message::UnexpectedType();
+            AddUri(owner, *data.External(), out);
+            break;
+        case FieldData::Form::Externals:
+            // Following one may load documents, whose resolver may change this very list.
+            for (int i = 0; data.IsSet() && i < data.Externals()->GetSize(); ++i)
+            {
+                if (follow)
+                {
+                    Follow(owner, *data.Externals()->GetAt(i), field, options, result);
+                }
+                AddUri(owner, *data.Externals()->GetAt(i), out);
+            }
+            break;
+        default:
+            return attribute_message::UnexpectedType();
     }
     return result;
 }

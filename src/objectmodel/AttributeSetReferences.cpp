@@ -20,7 +20,8 @@ namespace
 
 constexpr TextView kSeparators = u" \t\r\n";
 
-// --- making ids -------------------------------------------------------------------------------------
+// --- making ids
+// -------------------------------------------------------------------------------------
 
 bool CanHaveId(ClassData& object)
 {
@@ -104,7 +105,8 @@ bool AreSame(const Id& a, const Id& b)
     return a.Current().HasValue() && a.Current() == b.Current();
 }
 
-// --- making URIs ------------------------------------------------------------------------------------
+// --- making URIs
+// ------------------------------------------------------------------------------------
 
 /// Owns a reference until a field takes it.
 struct DestroyRep
@@ -137,6 +139,7 @@ OwnedRep MakeUri(ClassData& owner, const Reference& reference, const ExternalRep
     if (handles.GetSize() > 0)
     {
         made->SetTargets(handles);
+        made->CountUses();
     }
     return made;
 }
@@ -171,7 +174,8 @@ bool AreSame(ClassData& owner, const ExternalRep& a, const ExternalRep& b)
     return !first.empty() && first == second;
 }
 
-// --- setting ----------------------------------------------------------------------------------------
+// --- setting
+// ----------------------------------------------------------------------------------------
 
 Result SetSingleId(ClassData& owner, FieldDescriptor& field, TextView name,
                    const Reference& reference)
@@ -273,7 +277,8 @@ Result SetUris(ClassData& owner, FieldDescriptor& field, const Reference* refere
     return Result();
 }
 
-Result SetAsText(ClassData& owner, FieldDescriptor& field, TextView name, const Reference& reference)
+Result SetAsText(ClassData& owner, FieldDescriptor& field, TextView name,
+                 const Reference& reference)
 {
     SetTextOptions options;
     const TextView text = View(reference.GetString());
@@ -307,6 +312,24 @@ Result SetSingle(ClassData& owner, FieldDescriptor& field, TextView name,
                : SetSingleUri(owner, field, name, references[0]);
 }
 
+/// A field that holds no references takes their texts, split by blanks, when they have nothing
+/// else.
+Result SetOtherField(ClassData& owner, FieldDescriptor& field, TextView name,
+                     const Reference* references, int count)
+{
+    std::u16string text;
+    for (int i = 0; i < count; ++i)
+    {
+        if (references[i].GetHandles().GetSize() > 0)
+        {
+            return attribute_message::WrongType(name);
+        }
+        text += i > 0 ? u" " : u"";
+        text += View(references[i].GetString());
+    }
+    return SetAsText(owner, field, name, Reference(ToString(text)));
+}
+
 bool IsEmptyList(const FieldDescriptor& field, const FieldData* data)
 {
     if (data == nullptr || !data->IsSet())
@@ -315,12 +338,12 @@ bool IsEmptyList(const FieldDescriptor& field, const FieldData* data)
     }
     switch (field.Type())
     {
-    case zorvexFieldMultipleReference:
-        return data->Ids()->GetSize() == 0;
-    case zorvexFieldMultipleURI:
-        return data->Externals()->GetSize() == 0;
-    default:
-        return false;
+        case zorvexFieldMultipleReference:
+            return data->Ids()->GetSize() == 0;
+        case zorvexFieldMultipleURI:
+            return data->Externals()->GetSize() == 0;
+        default:
+            return false;
     }
 }
 
@@ -358,7 +381,8 @@ Result AddUris(ClassData& owner, const Reference& reference, bool skipKnown,
     {
         const auto isKnown = [&](const OwnedRep& candidate)
         {
-            return std::any_of(list.begin(), list.end(), [&](const ExternalRep* known)
+            return std::any_of(list.begin(), list.end(),
+                               [&](const ExternalRep* known)
                                { return AreSame(owner, *known, *candidate); });
         };
         std::erase_if(made, isKnown);
@@ -376,20 +400,22 @@ Result SetReferences(ClassData& owner, FieldDescriptor& field, TextView name,
     const Part part = PartOf(field);
     if (part == Part::Id || part == Part::Load || (part == Part::Value && !field.IsReference()))
     {
-        return attribute_message::WrongType(name);
+        Result result = SetOtherField(owner, field, name, references, count);
+        owner.MarkNetwork();
+        return result;
     }
     Result result;
     switch (field.Type())
     {
-    case zorvexFieldMultipleReference:
-        result = SetIds(owner, field, name, references, count);
-        break;
-    case zorvexFieldMultipleURI:
-        result = SetUris(owner, field, references, count);
-        break;
-    default:
-        result = SetSingle(owner, field, name, references, count);
-        break;
+        case zorvexFieldMultipleReference:
+            result = SetIds(owner, field, name, references, count);
+            break;
+        case zorvexFieldMultipleURI:
+            result = SetUris(owner, field, references, count);
+            break;
+        default:
+            result = SetSingle(owner, field, name, references, count);
+            break;
     }
     owner.MarkNetwork();
     return result;
@@ -406,14 +432,14 @@ Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
     Result result;
     switch (field.Type())
     {
-    case zorvexFieldMultipleReference:
-        result = AddIds(owner, name, reference, skipKnown, *data->Ids());
-        break;
-    case zorvexFieldMultipleURI:
-        result = AddUris(owner, reference, skipKnown, *data->Externals());
-        break;
-    default:
-        return attribute_message::IncorrectFieldType();
+        case zorvexFieldMultipleReference:
+            result = AddIds(owner, name, reference, skipKnown, *data->Ids());
+            break;
+        case zorvexFieldMultipleURI:
+            result = AddUris(owner, reference, skipKnown, *data->Externals());
+            break;
+        default:
+            return attribute_message::IncorrectFieldType();
     }
     owner.MarkNetwork();
     return result;

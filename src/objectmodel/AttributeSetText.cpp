@@ -77,12 +77,12 @@ bool TextSetter::Store(FieldData* data)
 {
     switch (PartOf(m_field))
     {
-    case Part::Load:
-        return StoreLoad(data);
-    case Part::Location:
-        return StoreLocation(data);
-    default:
-        return StoreValue(data);
+        case Part::Load:
+            return StoreLoad(data);
+        case Part::Location:
+            return StoreLocation(data);
+        default:
+            return StoreValue(data);
     }
 }
 
@@ -90,34 +90,34 @@ bool TextSetter::StoreValue(FieldData* data)
 {
     switch (FieldData::FormOf(m_field))
     {
-    case FieldData::Form::Int:
-        return StoreInt(data);
-    case FieldData::Form::Ints:
-        return StoreInts(data);
-    case FieldData::Form::IntArray:
-        return StoreIntArray(data);
-    case FieldData::Form::Double:
-        return StoreDouble(data);
-    case FieldData::Form::Doubles:
-        return StoreDoubles(data);
-    case FieldData::Form::DoubleArray:
-        return StoreDoubleArray(data);
-    case FieldData::Form::Text:
-        return StoreString(data);
-    case FieldData::Form::Enum:
-        return StoreEnum(data);
-    case FieldData::Form::SingleId:
-        return StoreId(data);
-    case FieldData::Form::Ids:
-        return StoreIds(data);
-    case FieldData::Form::External:
-        return StoreUri(data);
-    case FieldData::Form::Externals:
-        return StoreUris(data);
-    case FieldData::Form::None:
-    case FieldData::Form::Element:
-    case FieldData::Form::Elements:
-        break;
+        case FieldData::Form::Int:
+            return StoreInt(data);
+        case FieldData::Form::Ints:
+            return StoreInts(data);
+        case FieldData::Form::IntArray:
+            return StoreIntArray(data);
+        case FieldData::Form::Double:
+            return StoreDouble(data);
+        case FieldData::Form::Doubles:
+            return StoreDoubles(data);
+        case FieldData::Form::DoubleArray:
+            return StoreDoubleArray(data);
+        case FieldData::Form::Text:
+            return StoreString(data);
+        case FieldData::Form::Enum:
+            return StoreEnum(data);
+        case FieldData::Form::SingleId:
+            return StoreId(data);
+        case FieldData::Form::Ids:
+            return StoreIds(data);
+        case FieldData::Form::External:
+            return StoreUri(data);
+        case FieldData::Form::Externals:
+            return StoreUris(data);
+        case FieldData::Form::None:
+        case FieldData::Form::Element:
+        case FieldData::Form::Elements:
+            break;
     }
     if (m_field.IsContent() || m_field.Type() == zorvexFieldContentElement)
     {
@@ -205,8 +205,7 @@ bool TextSetter::StoreDoubles(FieldData* data)
         return StoreTransform(data);
     }
     data = Need(data);
-    attribute_numbers::ReadFixedDoubles(m_text, data->Doubles(),
-                                        attribute_numbers::FixedCount(m_field));
+    attribute_numbers::ReadFixedDoubles(m_text, data->Doubles(), FieldData::NumberCount(m_field));
     return true;
 }
 
@@ -215,16 +214,16 @@ bool TextSetter::StoreTransform(FieldData* data)
     double matrix[16];
     switch (transform_text::Read(transform_text::KindOf(m_owner), m_text, matrix))
     {
-    case transform_text::ReadResult::Nothing:
-        return true;
-    case transform_text::ReadResult::UnknownType:
-        m_result.AddError(2, "Unknown transformation type.");
-        return false;
-    case transform_text::ReadResult::ZeroScale:
-        m_result.AddError(2, "0 scale transform specified.");
-        return false;
-    case transform_text::ReadResult::Done:
-        break;
+        case transform_text::ReadResult::Nothing:
+            return true;
+        case transform_text::ReadResult::UnknownType:
+            m_result.AddError(2, "Unknown transformation type.");
+            return false;
+        case transform_text::ReadResult::ZeroScale:
+            m_result.AddError(2, "0 scale transform specified.");
+            return false;
+        case transform_text::ReadResult::Done:
+            break;
     }
     data = Need(data);
     std::memcpy(data->Doubles(), matrix, sizeof(matrix));
@@ -291,8 +290,7 @@ bool TextSetter::StoreIds(FieldData* data)
 bool TextSetter::WantsHash() const
 {
     return m_field.NameView() == u"partRef" && !m_text.empty() &&
-           m_text.find(u'#') == TextView::npos &&
-           attribute_write::IsBelow(m_owner, u"Instance");
+           m_text.find(u'#') == TextView::npos && attribute_write::IsBelow(m_owner, u"Instance");
 }
 
 bool TextSetter::StoreUri(FieldData* data)
@@ -351,14 +349,14 @@ bool HoldsEmptyText(const FieldDescriptor& field)
 {
     switch (field.Type())
     {
-    case zorvexFieldString:
-    case zorvexFieldSingleReference:
-    case zorvexFieldMultipleReference:
-    case zorvexFieldSingleURI:
-    case zorvexFieldMultipleURI:
-        return true;
-    default:
-        return false;
+        case zorvexFieldString:
+        case zorvexFieldSingleReference:
+        case zorvexFieldMultipleReference:
+        case zorvexFieldSingleURI:
+        case zorvexFieldMultipleURI:
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -512,8 +510,8 @@ void ResetValue(ClassData& owner, const FieldDescriptor& field, FieldData* data)
     data->ResetValue(owner);
     if (loads)
     {
-        attribute_write::SetLoad(*attribute_write::NeedRecord(owner, *data->descriptor, data)->External(),
-                                 true);
+        attribute_write::SetLoad(
+            *attribute_write::NeedRecord(owner, *data->descriptor, data)->External(), true);
     }
 }
 

@@ -17,8 +17,8 @@ class Vector;
 /// Attribute access below the public interface: the field is known, so nothing is searched by name.
 /// Object's operations, the reader, the writer and Copy all work through these.
 ///
-/// A field of type 11 stands for two attributes, "location" and "load"; the built-in fields of these
-/// names mean the object's one record of that type.
+/// A field of type 11 stands for two attributes, "location" and "load"; the built-in fields of
+/// these names mean the object's one record of that type.
 namespace attribute_store
 {
 
@@ -32,11 +32,12 @@ enum class Part
 };
 Part PartOf(const FieldDescriptor& field);
 
-// --- finding the field ------------------------------------------------------------------------------
+// --- finding the field
+// ------------------------------------------------------------------------------
 
 /// The field that `name` means for attribute access. A field of exactly that name wins; then the
-/// set fields that match it, then the class's fields. `data` gets the record when there is one. Null
-/// when the class has no such attribute or content.
+/// set fields that match it, then the class's fields. `data` gets the record when there is one.
+/// Null when the class has no such attribute or content.
 FieldDescriptor* FindField(ClassData& owner, TextView name, FieldData*& data);
 /// The same among the kinds of `mask`.
 FieldDescriptor* FindField(ClassData& owner, TextView name, int mask, FieldData*& data);
@@ -46,15 +47,16 @@ FieldDescriptor* FindField(ClassData& owner, TextView name, int mask, FieldData*
 bool HasValue(const ClassData& owner, const FieldDescriptor& field, const FieldData* data,
               bool checkDefault);
 
-// --- text -------------------------------------------------------------------------------------------
+// --- text
+// -------------------------------------------------------------------------------------------
 
 /// How a text is stored.
 struct SetTextOptions
 {
-    bool emptyIsValue = false;     // an empty text is stored as a value (string, reference, URI)
-    bool checkCharacters = true;   // refuse units that XML doesn't allow (code 520)
-    bool markNetwork = true;       // the tree's marks follow the change
-    bool skipDefault = true;       // a default on an untouched field isn't stored
+    bool emptyIsValue = false;    // an empty text is stored as a value (string, reference, URI)
+    bool checkCharacters = true;  // refuse units that XML doesn't allow (code 520)
+    bool markNetwork = true;      // the tree's marks follow the change
+    bool skipDefault = true;      // a default on an untouched field isn't stored
 };
 
 /// Stores a text by the type of `field`. The built-in id, "load" and "location" are handled. `name`
@@ -82,7 +84,8 @@ bool TextEqualsDefault(ClassData& owner, const FieldDescriptor& field, const Fie
 /// Empties the attribute: it has no value any more. `data` may be null.
 void ResetValue(ClassData& owner, const FieldDescriptor& field, FieldData* data);
 
-// --- references -------------------------------------------------------------------------------------
+// --- references
+// -------------------------------------------------------------------------------------
 
 /// What a reference field holds, in order: text and what is known of the targets. With `follow`
 /// URIs are resolved first, which may load documents. Code 517 for a field of another type.

@@ -103,7 +103,7 @@ void PutFixedDoubles(ClassData& owner, const FieldDescriptor& field, const doubl
         PutAscii(text, out);
         return;
     }
-    PutDoubles(values, attribute_numbers::FixedCount(field), out);
+    PutDoubles(values, FieldData::NumberCount(field), out);
 }
 
 template <class Out>
@@ -160,52 +160,53 @@ void PutValue(ClassData& owner, const FieldDescriptor& field, const FieldData& d
     const FieldDescriptor& stored = *data.descriptor;
     switch (FieldData::FormOf(stored))
     {
-    case FieldData::Form::Int:
-        PutInt(data.Int(), attribute_numbers::IsLogical(stored), out);
-        break;
-    case FieldData::Form::Ints:
-        PutInts(data.Ints(), stored.Length(), attribute_numbers::IsLogical(stored), out);
-        break;
-    case FieldData::Form::IntArray:
-        PutInts(data.IntArray()->GetData(), data.IntArray()->GetSize(),
-                attribute_numbers::IsLogical(stored), out);
-        break;
-    case FieldData::Form::Double:
-        PutDouble(data.Double(), out);
-        break;
-    case FieldData::Form::Doubles:
-        PutFixedDoubles(owner, stored, data.Doubles(), out);
-        break;
-    case FieldData::Form::DoubleArray:
-        PutDoubles(data.DoubleArray()->GetData(), data.DoubleArray()->GetSize(), out);
-        break;
-    case FieldData::Form::Text:
-        PutStored(data.Text(), out);
-        break;
-    case FieldData::Form::Enum:
-        PutText(data.EnumText(), out);
-        break;
-    case FieldData::Form::SingleId:
-        data.SingleId()->Current().AppendTo(out);
-        break;
-    case FieldData::Form::Ids:
-        PutIds(*data.Ids(), out);
-        break;
-    case FieldData::Form::External:
-        if (PartOf(field) == Part::Load)
-        {
-            PutAscii((data.External()->flags & ExternalRep::kLoad) != 0 ? "true" : "false", out);
+        case FieldData::Form::Int:
+            PutInt(data.Int(), attribute_numbers::IsLogical(stored), out);
             break;
-        }
-        PutReference(owner, *data.External(), out);
-        break;
-    case FieldData::Form::Externals:
-        PutReferences(owner, *data.Externals(), out);
-        break;
-    case FieldData::Form::None:
-    case FieldData::Form::Element:
-    case FieldData::Form::Elements:
-        break;
+        case FieldData::Form::Ints:
+            PutInts(data.Ints(), stored.Length(), attribute_numbers::IsLogical(stored), out);
+            break;
+        case FieldData::Form::IntArray:
+            PutInts(data.IntArray()->GetData(), data.IntArray()->GetSize(),
+                    attribute_numbers::IsLogical(stored), out);
+            break;
+        case FieldData::Form::Double:
+            PutDouble(data.Double(), out);
+            break;
+        case FieldData::Form::Doubles:
+            PutFixedDoubles(owner, stored, data.Doubles(), out);
+            break;
+        case FieldData::Form::DoubleArray:
+            PutDoubles(data.DoubleArray()->GetData(), data.DoubleArray()->GetSize(), out);
+            break;
+        case FieldData::Form::Text:
+            PutStored(data.Text(), out);
+            break;
+        case FieldData::Form::Enum:
+            PutText(data.EnumText(), out);
+            break;
+        case FieldData::Form::SingleId:
+            data.SingleId()->Current().AppendTo(out);
+            break;
+        case FieldData::Form::Ids:
+            PutIds(*data.Ids(), out);
+            break;
+        case FieldData::Form::External:
+            if (PartOf(field) == Part::Load)
+            {
+                PutAscii((data.External()->flags & ExternalRep::kLoad) != 0 ? "true" : "false",
+                         out);
+                break;
+            }
+            PutReference(owner, *data.External(), out);
+            break;
+        case FieldData::Form::Externals:
+            PutReferences(owner, *data.Externals(), out);
+            break;
+        case FieldData::Form::None:
+        case FieldData::Form::Element:
+        case FieldData::Form::Elements:
+            break;
     }
 }
 
@@ -256,12 +257,12 @@ bool TextEqualsDefault(ClassData& owner, const FieldDescriptor& field, const Fie
     }
     switch (FieldData::FormOf(*data.descriptor))
     {
-    case FieldData::Form::Text:
-        return stored::Equals(data.Text(), field.DefaultView());
-    case FieldData::Form::Enum:
-        return data.EnumText() == field.DefaultView();
-    default:
-        break;
+        case FieldData::Form::Text:
+            return stored::Equals(data.Text(), field.DefaultView());
+        case FieldData::Form::Enum:
+            return data.EnumText() == field.DefaultView();
+        default:
+            break;
     }
     if (!field.HasDefault())
     {

@@ -30,7 +30,7 @@ bool HasParentSegment(TextView text)
 /// The record's own field: "load" and "location" share the object's one of type 11.
 FieldDescriptor* RecordField(ClassData& owner, FieldDescriptor& field)
 {
-    if (!field.IsBuiltIn())
+    if (!field.IsBuiltIn() && field.Type() != zorvexFieldExternalReference)
     {
         return &field;
     }
@@ -70,8 +70,8 @@ void SetUriText(ClassData& owner, ExternalRep& reference, TextView text)
 
 void SetLoad(ExternalRep& reference, bool load)
 {
-    reference.flags = load ? reference.flags | ExternalRep::kLoad
-                           : reference.flags & ~ExternalRep::kLoad;
+    reference.flags =
+        load ? reference.flags | ExternalRep::kLoad : reference.flags & ~ExternalRep::kLoad;
 }
 
 void TellFormat(ClassData& owner, TextView format)

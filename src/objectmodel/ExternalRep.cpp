@@ -228,7 +228,7 @@ void ExternalRep::ClearTarget()
         Unlink();
     }
     target = nullptr;
-    flags &= ~(kHandles | kCounted);
+    flags &= ~kHandles;  // kCounted stays: uses are given back by ReleaseTargets alone
 }
 
 void ExternalRep::Unlink()

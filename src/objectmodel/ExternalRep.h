@@ -30,16 +30,16 @@ class URIResolver;
 /// references, so that the end of the target clears it.
 struct ExternalRep
 {
-    static constexpr std::uint32_t kRepresentation = 2;   // kind of owner, by class name
+    static constexpr std::uint32_t kRepresentation = 2;  // kind of owner, by class name
     static constexpr std::uint32_t kCompoundRep = 4;
     static constexpr std::uint32_t kExternalFile = 8;
     static constexpr std::uint32_t kLocatorRef = 16;
-    static constexpr std::uint32_t kLoad = 32;            // the attribute "load" is "true"
+    static constexpr std::uint32_t kLoad = 32;  // the attribute "load" is "true"
     static constexpr std::uint32_t kKindKnown = 64;
-    static constexpr std::uint32_t kHandles = 0x100;      // `target` is an owned Array<Handle>
-    static constexpr std::uint32_t kNumericText = 0x200;  // the text is "#id" and `number`
-    static constexpr std::uint32_t kZorvexFormat = 0x400; // the format is the shared text "ZORVEX"
-    static constexpr std::uint32_t kCounted = 0x800;      // entered in documentUseCounts
+    static constexpr std::uint32_t kHandles = 0x100;       // `target` is an owned Array<Handle>
+    static constexpr std::uint32_t kNumericText = 0x200;   // the text is "#id" and `number`
+    static constexpr std::uint32_t kZorvexFormat = 0x400;  // the format is the shared text "ZORVEX"
+    static constexpr std::uint32_t kCounted = 0x800;       // entered in documentUseCounts
 
     union
     {
@@ -94,6 +94,9 @@ struct ExternalRep
     /// Points at an object of the same tree: format and text follow.
     void SetTarget(Object* ownerObject, Object* object);
     void SetTargets(const Array<Handle>& newTargets);
+    /// Counts a use of each pulled-in document that a target stands in, other than the owner's own:
+    /// for targets that were set, not resolved.
+    void CountUses();
     void GetTargets(Array<Handle>& out) const;
     void MoveTargets(Array<Handle>& out);
     /// `loadAllowed` false: local or already loaded targets only, no document is opened.

@@ -33,12 +33,12 @@ Places PlacesOf(Kind kind)
 {
     switch (kind)
     {
-    case Kind::Rotation:
-        return {kBlockPlaces, 9};
-    case Kind::Translation:
-        return {kTranslationPlaces, 3};
-    default:
-        return {kAllPlaces, 16};
+        case Kind::Rotation:
+            return {kBlockPlaces, 9};
+        case Kind::Translation:
+            return {kTranslationPlaces, 3};
+        default:
+            return {kAllPlaces, 16};
     }
 }
 

@@ -34,7 +34,7 @@ Kind KindOf(TextView type);
 enum class ReadResult
 {
     Done,
-    Nothing,      // white space only: `matrix` is as it was
+    Nothing,  // white space only: `matrix` is as it was
     UnknownType,
     ZeroScale,
 };

@@ -1,10 +1,10 @@
-#include <utility>
 #include <vector>
 
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ElementList.h"
 #include "objectmodel/ExternalRep.h"
+#include "objectmodel/MovablePin.h"
 #include "objectmodel/ObjectPin.h"
 #include "objectmodel/TraverseContextImpl.h"
 #include "zorvex_api/Object.h"
@@ -19,15 +19,15 @@ bool IsWalked(const FieldDescriptor& field, bool followURI)
 {
     switch (field.Type())
     {
-    case zorvexFieldSingleElement:
-    case zorvexFieldMultipleElement:
-        return true;
-    case zorvexFieldSingleURI:
-    case zorvexFieldMultipleURI:
-    case zorvexFieldExternalReference:
-        return followURI;
-    default:
-        return false;
+        case zorvexFieldSingleElement:
+        case zorvexFieldMultipleElement:
+            return true;
+        case zorvexFieldSingleURI:
+        case zorvexFieldMultipleURI:
+        case zorvexFieldExternalReference:
+            return followURI;
+        default:
+            return false;
     }
 }
 
@@ -40,13 +40,7 @@ class Place
 public:
     Place(Object* object, bool followURI) : m_object(object), m_followURI(followURI)
     {
-        if (PagingHooks::IsActive())
-        {
-            PagingHooks::Pin(object);
-            m_pinned = true;
-        }
-        const ClassData* data = ClassData::Of(object);
-        for (const FieldData* field = data->fields; field != nullptr; field = field->next)
+        for (const FieldData* field = m_object->fields; field != nullptr; field = field->next)
         {
             if (field->IsSet() && IsWalked(*field->descriptor, followURI))
             {
@@ -55,26 +49,6 @@ public:
             }
         }
     }
-    Place(Place&& other) noexcept
-        : m_object(other.m_object),
-          m_fields(other.m_fields),
-          m_field(other.m_field),
-          m_index(other.m_index),
-          m_last(other.m_last),
-          m_followURI(other.m_followURI),
-          m_pinned(std::exchange(other.m_pinned, false))
-    {
-    }
-    ~Place()
-    {
-        if (m_pinned)
-        {
-            PagingHooks::Unpin(m_object);
-        }
-    }
-    Place(const Place&) = delete;
-    Place& operator=(const Place&) = delete;
-    Place& operator=(Place&&) = delete;
 
     /// The next object to walk into, null behind the last.
     Object* Next(const TraverseContextImpl& context)
@@ -86,7 +60,7 @@ public:
             {
                 continue;
             }
-            const FieldData* data = ClassData::Of(m_object)->FindField(field);
+            const FieldData* data = m_object->FindField(field);
             // Two fields of type 11 share one record; it is walked for its own field.
             if (data == nullptr || !data->IsSet() || data->descriptor != field)
             {
@@ -103,8 +77,7 @@ public:
 private:
     void Open()
     {
-        ClassDescriptorImpl* descriptor =
-            ClassDescriptorImpl::Of(ClassData::Of(m_object)->GetClassDescriptor());
+        ClassDescriptorImpl* descriptor = ClassDescriptorImpl::Of(m_object->GetClassDescriptor());
         if (descriptor != nullptr)
         {
             m_fields = descriptor->Layout().DerivedFirst();
@@ -115,14 +88,14 @@ private:
     {
         switch (data.descriptor->Type())
         {
-        case zorvexFieldSingleElement:
-            return m_index++ == 0 ? data.Element() : nullptr;
-        case zorvexFieldMultipleElement:
-            return NextChild(*data.Elements());
-        case zorvexFieldMultipleURI:
-            return NextDocument(*data.Externals(), context);
-        default:
-            return m_index++ == 0 ? DocumentOf(*data.External(), context) : nullptr;
+            case zorvexFieldSingleElement:
+                return m_index++ == 0 ? data.Element() : nullptr;
+            case zorvexFieldMultipleElement:
+                return NextChild(*data.Elements());
+            case zorvexFieldMultipleURI:
+                return NextDocument(*data.Externals(), context);
+            default:
+                return m_index++ == 0 ? DocumentOf(*data.External(), context) : nullptr;
         }
     }
 
@@ -156,13 +129,12 @@ private:
         return document != nullptr && context.visited.count(document) == 0 ? document : nullptr;
     }
 
-    Object* m_object;
+    MovablePin m_object;
     FieldSpan m_fields;
     size_t m_field = 0;
     int m_index = 0;
     Object* m_last = nullptr;  // compared only, it may be gone
     bool m_followURI;
-    bool m_pinned = false;
 };
 
 bool IsDocumentBase(const Object* object)

@@ -15,8 +15,8 @@ class TraverseContextImpl : public Allocator
 public:
     virtual ~TraverseContextImpl() = default;
 
-    int depth = 0;                                // objects on the way down to the present one
-    std::unordered_set<const Object*> visited;    // document roots met in this walk
+    int depth = 0;                              // objects on the way down to the present one
+    std::unordered_set<const Object*> visited;  // document roots met in this walk
     int followURI = 1;
 };
 
