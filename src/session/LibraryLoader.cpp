@@ -15,8 +15,10 @@ bool LoadLibraryByName(const std::string& name)
     }
     const UnhookedScope outlivesTheSession;
     const int mode = RTLD_NOW | RTLD_LOCAL;
-    return dlopen(name.c_str(), mode) != nullptr ||
-           dlopen(("lib" + name + ".so").c_str(), mode) != nullptr;
+    const size_t folderEnd = name.rfind('/') + 1;  // 0 without a folder
+    const std::string platformName =
+        name.substr(0, folderEnd) + "lib" + name.substr(folderEnd) + ".so";
+    return dlopen(name.c_str(), mode) != nullptr || dlopen(platformName.c_str(), mode) != nullptr;
 }
 
 }  // namespace zorvex_api::internal

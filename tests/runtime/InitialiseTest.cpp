@@ -33,6 +33,10 @@ int Start(std::vector<const char*> options, std::vector<const char*> libraries =
                       static_cast<int>(options.size()), options.data(), nullptr, nullptr);
 }
 
+const char* const kExtension = ZORVEX_TEST_PLUGIN_DIR "/libsession_extension.so";
+/// The same as a name without what the platform puts around it.
+const char* const kExtensionName = ZORVEX_TEST_PLUGIN_DIR "/session_extension";
+
 /// Leaves no session behind, whatever a test did.
 class InitialiseTest : public testing::Test
 {
@@ -42,11 +46,12 @@ protected:
         Terminate();
         Allocator::RegisterHandlers(nullptr, nullptr);
     }
+
+    CountingAllocator hooks;  // here, since they must outlive the session
 };
 
 TEST_F(InitialiseTest, HooksComeInPairsAndOnce)
 {
-    CountingAllocator hooks;
     EXPECT_EQ(80, Initialise(0, nullptr, nullptr, &hooks));
     EXPECT_EQ(80, Initialise(0, nullptr, &hooks, nullptr));
     EXPECT_EQ(85, Terminate());
@@ -163,8 +168,7 @@ TEST_F(InitialiseTest, EnhancedSchemaSupportNeedsItsLibrary)
 int& Extension(const char* name)
 {
     static int missing;
-    void* const symbol =
-        dlsym(dlopen(ZORVEX_TEST_PLUGIN_DIR "/session_extension.so", RTLD_NOW | RTLD_NOLOAD), name);
+    void* const symbol = dlsym(dlopen(kExtension, RTLD_NOW | RTLD_NOLOAD), name);
     EXPECT_NE(nullptr, symbol) << name;
     return symbol != nullptr ? *static_cast<int*>(symbol) : missing;
 }
@@ -173,8 +177,7 @@ TEST_F(InitialiseTest, FailuresOfLibrariesDoNotStopTheOthers)
 {
     const ScratchFolder folder;
     const std::string schema = zorvex_test::Utf8(folder.Write("gauges.XSD", "<not-a-schema/>"));
-    EXPECT_EQ(84, Start({}, {"no-such-library", schema.c_str(),
-                             ZORVEX_TEST_PLUGIN_DIR "/session_extension.so"}));
+    EXPECT_EQ(84, Start({}, {"no-such-library", schema.c_str(), kExtension}));
     ASSERT_NE(nullptr, ClassDescriptor::FindByName("http://example.org/gauges:Gauge"));
     EXPECT_EQ(1, Extension("extension_starts"));
     EXPECT_EQ(0, Terminate());
@@ -183,12 +186,11 @@ TEST_F(InitialiseTest, FailuresOfLibrariesDoNotStopTheOthers)
 
 TEST_F(InitialiseTest, ExtensionServesEverySession)
 {
-    const char* const library = ZORVEX_TEST_PLUGIN_DIR "/session_extension.so";
-    CountingAllocator hooks;
+    const char* library[] = {kExtensionName};
     for (int round = 0; round < 3; ++round)
     {
         Allocator::RegisterHandlers(nullptr, nullptr);
-        ASSERT_EQ(0, Initialise(1, const_cast<const char**>(&library), &hooks, &hooks));
+        ASSERT_EQ(0, Initialise(1, library, &hooks, &hooks));
         {
             const ClassDescriptor* const gauge = ClassDescriptor::FindByName("ga:Gauge");
             ASSERT_NE(nullptr, gauge);
@@ -205,7 +207,7 @@ TEST_F(InitialiseTest, ExtensionServesEverySession)
 
 TEST_F(InitialiseTest, AdapterThatFailsToStartOrStopIsReported)
 {
-    ASSERT_EQ(0, Start({}, {ZORVEX_TEST_PLUGIN_DIR "/session_extension.so"}));
+    ASSERT_EQ(0, Start({}, {kExtension}));
     ASSERT_EQ(0, Terminate());
     Extension("extension_fails") = 1;
     EXPECT_EQ(84, Start({}));
