@@ -88,7 +88,10 @@ public:
 
     const String& GetName() const;
     int SetName(const String& name);
+    /// The format's version, as "6.0".
     const String& GetVersion() const;
+    /// The file name of the schema that the class comes from, empty when it comes from none.
+    const String& GetSchemaFile() const;
     /// `version` is the format's version, optionally followed by a blank and the schema's file
     /// name.
     int SetVersion(const String& version);

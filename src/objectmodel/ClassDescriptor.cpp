@@ -178,6 +178,11 @@ const String& ClassDescriptor::GetVersion() const
     return m_impl->Version();
 }
 
+const String& ClassDescriptor::GetSchemaFile() const
+{
+    return m_impl->SchemaFile();
+}
+
 int ClassDescriptor::SetVersion(const String& version)
 {
     m_impl->SetVersion(version);

@@ -147,6 +147,13 @@ std::string EquivalenceName(const ClassDescriptor& descriptor)
     return ToUtf8(name);
 }
 
+/// The version text as it was registered: the format's version and the schema's file.
+std::string VersionText(const ClassDescriptor& descriptor)
+{
+    const std::string file = ToUtf8(descriptor.GetSchemaFile());
+    return ToUtf8(descriptor.GetVersion()) + (file.empty() ? "" : " " + file);
+}
+
 Json ToJson(const ClassDescriptor& descriptor, const SharedFields& shared)
 {
     Json fields = Json::array();
@@ -166,7 +173,7 @@ Json ToJson(const ClassDescriptor& descriptor, const SharedFields& shared)
                 {"base", BaseName(descriptor)},
                 {"equivalence", EquivalenceName(descriptor)},
                 {"abstract", descriptor.GetIsAbstract() != 0},
-                {"version", ToUtf8(descriptor.GetVersion())},
+                {"version", VersionText(descriptor)},
                 {"fields", std::move(fields)}};
 }
 
@@ -196,7 +203,7 @@ void PrintClass(const ClassDescriptor& descriptor, const SharedFields& shared)
     line("base         ", BaseName(descriptor));
     line("equivalence  ", EquivalenceName(descriptor));
     line("abstract     ", descriptor.GetIsAbstract() ? "yes" : "no");
-    line("version      ", ToUtf8(descriptor.GetVersion()));
+    line("version      ", VersionText(descriptor));
     const std::vector<Field> fields = OwnFields(descriptor, shared);
     std::cout << fields.size() << " fields\n";
     for (const Field& field : fields)
