@@ -132,6 +132,7 @@ void ExternalRep::MoveTargets(Array<Handle>& out)
     GetTargets(out);
     if ((flags & kHandles) != 0)
     {
+        DocumentUses::Get().Drop(*this);  // while the array tells which objects know of it
         // The receiver has the things of other formats now: nothing is destroyed.
         handles->RemoveAll();
     }
