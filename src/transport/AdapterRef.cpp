@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr int kBadReference = 517;
+constexpr int kStandardPort = 80;
 constexpr int kLongestChain = 1000;  // a longer one is no document's, but an attack
 
 /// Runs in a destructor: an adapter that throws here has no one to tell.
@@ -51,6 +52,20 @@ bool IsShared(const Adapter& adapter)
 {
     const AdapterImpl& impl = *adapter.GetImplementation();
     return adapter.GetFormat().IsEmpty() == 0 && impl.isNewInstance == 0 && impl.isClone == 0;
+}
+
+/// The net path with the port, which a server's other documents are to be asked for too.
+String LocationOf(const Pointer& pointer)
+{
+    const String& netPath = pointer.GetNetPath();
+    if (pointer.GetHost().IsEmpty() != 0 || pointer.GetPort() == kStandardPort)
+    {
+        return netPath;
+    }
+    const String host = u"//" + pointer.GetHost();
+    const int end = netPath.Find(host) + host.GetLength();
+    return netPath.Substring(0, end) + String::Format(":%d", pointer.GetPort()) +
+           netPath.Substring(end);
 }
 
 }  // namespace
@@ -129,7 +144,7 @@ void AdapterRef::Build(const Pointer& pointer)
         m_result.AddError(kBadReference, u"Invalid reference: " + pointer.GetString());
         return;
     }
-    const String base = pointer.GetNetPath();
+    const String base = LocationOf(pointer);
     const String name = pointer.GetFileName();
     const bool namesPlace = base.IsEmpty() == 0 || name.IsEmpty() == 0;
     if (m_previous == nullptr ? namesPlace : base.IsEmpty() == 0)
