@@ -409,7 +409,11 @@ int String::GetLength() const
 }
 int String::IsEmpty() const
 {
-    return View(*this).empty() ? 1 : 0;
+    // Without counting a borrowed text; one with a known length isn't empty.
+    const bool empty =
+        m_impl == nullptr || m_impl->wide == nullptr ||
+        (__atomic_load_n(&m_impl->length, __ATOMIC_RELAXED) == 0 && m_impl->wide[0] == 0);
+    return empty ? 1 : 0;
 }
 
 int String::Compare(const String& other) const
