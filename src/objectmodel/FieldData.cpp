@@ -123,6 +123,7 @@ private:
     {
         const bool found = end != m_rest.data();
         m_rest.remove_prefix(static_cast<std::size_t>(end - m_rest.data()));
+        m_rest.remove_prefix(m_rest.empty() ? 0 : 1);  // whatever divides the numbers
         return found;
     }
 
