@@ -1,6 +1,7 @@
 #pragma once
 
 #include <xercesc/parsers/SAXParser.hpp>
+#include <xercesc/sax/DTDHandler.hpp>
 #include <xercesc/sax/DocumentHandler.hpp>
 #include <xercesc/sax/ErrorHandler.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -87,6 +88,18 @@ private:
     Xerces& m_parser;
     std::uint64_t m_countedAttributes = 0;
     EntityWatch& m_watch;
+};
+
+/// Has nothing to do with declarations; without such a handler the parser isn't told of entities.
+class XercesDTDHandler : public xercesc::DTDHandler
+{
+public:
+    void notationDecl(const XMLCh* const, const XMLCh* const, const XMLCh* const) override {}
+    void unparsedEntityDecl(const XMLCh* const, const XMLCh* const, const XMLCh* const,
+                            const XMLCh* const) override
+    {
+    }
+    void resetDocType() override {}
 };
 
 /// Ends the parse at the first error: both calls throw a copy of the exception.

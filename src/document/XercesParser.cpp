@@ -83,8 +83,10 @@ void RunParser(Xerces& plugin, Stream* stream, Configuration* options)
     securityManager.setEntityExpansionLimit(static_cast<XMLSize_t>(limits.entityExpansions));
     WatchedParser parser(watch);
     XercesDocumentHandler documentHandler(plugin, watch);
+    XercesDTDHandler declarationHandler;
     XercesErrorHandler errorHandler;
     parser.setDocumentHandler(&documentHandler);
+    parser.setDTDHandler(&declarationHandler);
     parser.setErrorHandler(&errorHandler);
     Configure(parser, options, securityManager);
 

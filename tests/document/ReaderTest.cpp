@@ -1,0 +1,448 @@
+#include <gmock/gmock.h>
+
+#include "support/Printers.h"
+#include "support/SessionTest.h"
+#include "zorvex_api/ClassDescriptor.h"
+#include "zorvex_api/Object.h"
+#include "zorvex_api/Transf.h"
+#include "zorvex_api/Vector.h"
+
+namespace zorvex_test
+{
+
+using namespace zorvex_api;
+using testing::Contains;
+using testing::Each;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+namespace
+{
+
+constexpr const char* kAttributes =
+    " schemaVersion=\"6\" author=\"a\" date=\"2024-01-02\" time=\"03:04:05\"";
+
+std::string Root(const std::string& attributes, const std::string& content)
+{
+    return "<ZORVEX" + attributes + kAttributes + ">" + content + "</ZORVEX>";
+}
+
+const std::string kMain = " xmlns=\"http://www.zorvex.org/Schemas/ZORVEXSchema\"";
+
+std::string Attribute(const Object* object, const String& name)
+{
+    String value;
+    object->GetAttributeValue(name, value);
+    return Utf8(value);
+}
+
+Object* Child(Object* parent, const String& field, int index = 0)
+{
+    Array<Object*> children;
+    parent->GetElementsByField(field, children);
+    return index < children.GetSize() ? children[index] : nullptr;
+}
+
+int CountChildren(Object* parent)
+{
+    Array<Object*> children;
+    parent->GetElements(children);
+    return children.GetSize();
+}
+
+}  // namespace
+
+class ReaderTest : public SessionTest
+{
+};
+
+// --- roots and namespaces
+// --------------------------------------------------------------------------
+
+TEST_F(ReaderTest, EveryNameOfTheRootElementGivesItsClass)
+{
+    const std::pair<const char*, const char*> names[] = {{"ZORVEX", "Document"},
+                                                         {"oRB", "Document"},
+                                                         {"ZORVEXRequest", "RequestDocument"},
+                                                         {"oRBRequest", "RequestDocument"},
+                                                         {"Product", "Product"}};
+    for (const auto& [element, className] : names)
+    {
+        const auto loaded = LoadText("<" + std::string(element) + kMain + "></" + element + ">");
+        ASSERT_NE(nullptr, loaded.Root()) << element;
+        EXPECT_EQ(className, Utf8(loaded.Root()->GetClassName()));
+    }
+}
+
+TEST_F(ReaderTest, ALegacyNamespaceReadsAsTheMainOneWithAMessage)
+{
+    const std::string uri = "http://www.orbformat.org/Schemas/v2_0/oRBSchema";
+    const auto loaded = LoadText("<oRB xmlns=\"" + uri + "\"" + kAttributes +
+                                 "><ProductDef id=\"id1\"></ProductDef></oRB>");
+    EXPECT_TRUE(loaded.GetResult().Ok());
+    EXPECT_THAT(loaded.Messages(), ElementsAre("MESSAGE 520: Legacy namespace found: " + uri));
+    EXPECT_NE(nullptr, Child(loaded.Root(), u"ProductDef"));
+}
+
+TEST_F(ReaderTest, ADocumentWithoutNamespacesIsSearchedInAllOfThem)
+{
+    const auto loaded = LoadText(Root("", "<ProductDef id=\"id1\"></ProductDef>"));
+    EXPECT_THAT(loaded.Messages(), IsEmpty());
+    EXPECT_NE(nullptr, Child(loaded.Root(), u"ProductDef"));
+}
+
+TEST_F(ReaderTest, AnUnprefixedNameWithoutADefaultIsTakenForTheMainNamespace)
+{
+    const std::string uri = "http://www.zorvex.org/Schemas/ZORVEXSchema";
+    const auto loaded = LoadText("<z:ZORVEX xmlns:z=\"" + uri + "\"" + kAttributes +
+                                 "><ProductDef id=\"id1\"></ProductDef></z:ZORVEX>");
+    EXPECT_THAT(loaded.Messages(),
+                ElementsAre("WARNING 520: No namespace for element: <ProductDef>: assuming zorvex "
+                            "intended"));
+    EXPECT_NE(nullptr, Child(loaded.Root(), u"ProductDef"));
+}
+
+TEST_F(ReaderTest, AnUndeclaredPrefixIsAnErrorAndItsElementIsSkipped)
+{
+    const auto loaded = LoadText(Root(kMain, "<q:ProductDef id=\"id1\"></q:ProductDef>"));
+    EXPECT_FALSE(loaded.GetResult().Ok());
+    EXPECT_THAT(loaded.Messages(), Contains("ERROR 520: No namespace for element: <q:ProductDef>"));
+    EXPECT_EQ(0, CountChildren(loaded.Root()));
+}
+
+TEST_F(ReaderTest, AnUnknownRootGivesWayToTheElementInside)
+{
+    const auto loaded = LoadText("<Foo xmlns=\"x\">" + Root(kMain, "") + "</Foo>");
+    ASSERT_NE(nullptr, loaded.Root());
+    EXPECT_EQ("Document", Utf8(loaded.Root()->GetClassName()));
+    EXPECT_THAT(loaded.Messages(), Contains("WARNING 520: Unknown element: Foo"));
+}
+
+TEST_F(ReaderTest, PrefixesOfTheOptionsAreKnown)
+{
+    const char* uri = "http://www.zorvex.org/Schemas/ZORVEXSchema";
+    const auto loaded = LoadText(Root(kMain, "<m:ProductDef id=\"id1\"></m:ProductDef>"),
+                                 {{"adapters/ZORVEX/namespaces/m", uri}});
+    EXPECT_THAT(loaded.Messages(), IsEmpty());
+    EXPECT_NE(nullptr, Child(loaded.Root(), u"ProductDef"));
+}
+
+// --- unknown content
+// -------------------------------------------------------------------------------
+
+TEST_F(ReaderTest, AnUnknownElementIsReportedWithAllBelowItAndReadingGoesOn)
+{
+    const auto loaded = LoadText(
+        Root(kMain, "<Nonsense a=\"1\"><Deeper>text</Deeper></Nonsense><ProductDef id=\"id1\"/>"));
+    EXPECT_TRUE(loaded.GetResult().Ok());
+    EXPECT_THAT(loaded.Messages(), ElementsAre("WARNING 520: Unknown element: Nonsense",
+                                               "WARNING 520: Unknown element: Deeper"));
+    EXPECT_EQ(1, CountChildren(loaded.Root()));
+}
+
+TEST_F(ReaderTest, AnUnknownElementBecomesARunTimeClassWhenThatIsAsked)
+{
+    const auto loaded = LoadText(Root(kMain, "<Nonsense id=\"id7\" colour=\"red\">text</Nonsense>"),
+                                 {{"adapters/ZORVEX/ignore_unknown_elements", "false"}});
+    EXPECT_THAT(loaded.Messages(), Not(Contains(HasSubstr("Unknown element"))));
+    Object* made = loaded.Root()->ResolveId(u"id7");
+    ASSERT_NE(nullptr, made);
+    EXPECT_EQ("Nonsense", Utf8(made->GetClassName()));
+    EXPECT_EQ("red", Attribute(made, u"colour"));
+    String content;
+    made->GetContent(content);
+    EXPECT_EQ("text", Utf8(content));
+    ClassDescriptor::Reset();
+}
+
+TEST_F(ReaderTest, AttributesThatTheClassDoesNotHaveAreReported)
+{
+    const auto loaded = LoadText(Root(kMain + " id=\"id1\"", "<ProductDef nope=\"1\"/>"));
+    EXPECT_TRUE(loaded.GetResult().Ok());
+    EXPECT_THAT(loaded.Messages(),
+                ElementsAre("WARNING 525: \"id\" is not an allowed attribute of: <ZORVEX>.",
+                            "WARNING 525: \"nope\" is not an allowed attribute of: <ProductDef>"));
+}
+
+TEST_F(ReaderTest, TextWhereNoneBelongsIsAnErrorOnceARun)
+{
+    const auto loaded = LoadText(Root(kMain, "  <ProductDef>a<!-- c -->b</ProductDef>\n"));
+    EXPECT_FALSE(loaded.GetResult().Ok());
+    EXPECT_THAT(loaded.Messages(),
+                Contains("ERROR 520: Unexpected element content: <ProductDef>: >ab<"));
+}
+
+// --- ids and required attributes
+// -------------------------------------------------------------------
+
+TEST_F(ReaderTest, ADuplicateIdIsAnErrorAndTheFirstIsFound)
+{
+    const auto loaded =
+        LoadText(Root(kMain, "<ProductDef id=\"a\" name=\"1\"/><ProductDef id=\"a\" name=\"2\"/>"));
+    EXPECT_FALSE(loaded.GetResult().Ok());
+    EXPECT_THAT(loaded.Messages(), Contains("ERROR 513: Duplicate id: a"));
+    EXPECT_EQ(2, CountChildren(loaded.Root()));
+    ASSERT_NE(nullptr, loaded.Root()->ResolveId(u"a"));
+    EXPECT_EQ("1", Attribute(loaded.Root()->ResolveId(u"a"), u"name"));
+}
+
+TEST_F(ReaderTest, MissingRequiredAttributesNameTheClass)
+{
+    const std::string body = "<Structure/><StructureRevision id=\"id2\"/>";
+    const auto loaded = LoadText(Root(kMain, body));
+    EXPECT_TRUE(loaded.GetResult().Ok());
+    EXPECT_THAT(
+        loaded.Messages(),
+        ElementsAre(
+            "WARNING 518: Missing attribute: \"masterRef\", element: \"StructureRevision\"",
+            "WARNING 518: Missing attribute: \"revision\", element: \"StructureRevision\""));
+    EXPECT_THAT(LoadText(Root(kMain, body + "<Product id=\"id2\"/>"),
+                         {{"adapters/ZORVEX/validation/load_save", "minimal"}})
+                    .Messages(),
+                IsEmpty());
+}
+
+TEST_F(ReaderTest, ARootWithoutStampsLacksNothing)
+{
+    const auto loaded = LoadText("<ZORVEX" + kMain + "/>");
+    EXPECT_THAT(loaded.Messages(), IsEmpty());
+    EXPECT_EQ("unset", Attribute(loaded.Root(), u"author"));
+}
+
+// --- content
+// ---------------------------------------------------------------------------------------
+
+TEST_F(ReaderTest, TextArrivesWholeAcrossCommentsAndReferences)
+{
+    const auto loaded =
+        LoadText(Root(kMain,
+                      "<ProductDef><Description>a <![CDATA[<b>]]> &#x20AC;<!-- x --> c"
+                      "</Description><Description> d</Description></ProductDef>"));
+    EXPECT_THAT(loaded.Messages(), IsEmpty());
+    EXPECT_EQ("a <b> \xE2\x82\xAC c d",
+              Utf8(Child(loaded.Root(), u"ProductDef")->GetObjectDescription()));
+}
+
+TEST_F(ReaderTest, AContentElementHoldsNoElements)
+{
+    const auto loaded = LoadText(
+        Root(kMain, "<ProductDef id=\"id9\"><Description>a<b/></Description></ProductDef>"));
+    EXPECT_FALSE(loaded.GetResult().Ok());
+    EXPECT_THAT(loaded.Messages(),
+                ElementsAre("ERROR 520: Invalid ZORVEX.", "ERROR 4:  ( last id read was: id9 ) ",
+                            StartsWith("WARNING 518: Errors parsing \"")));
+    EXPECT_NE(nullptr, loaded.Root());
+}
+
+TEST_F(ReaderTest, TransformsAreReadByTheirType)
+{
+    const auto matrixOf = [](const std::string& type, const std::string& numbers)
+    {
+        const auto loaded = LoadText("<Transform" + kMain + type + ">" + numbers + "</Transform>");
+        Transf transform;
+        EXPECT_TRUE(loaded.Root()->GetContent(transform).Ok()) << numbers;
+        std::array<std::array<double, 4>, 4> matrix{};
+        transform.ToMatrix4x4(reinterpret_cast<double(*)[4]>(matrix.data()));
+        return matrix;
+    };
+    const auto general = matrixOf("", "1 0 0 0 0 1 0 0 0 0 1 0 <!-- a -->5 6 7 1");
+    EXPECT_EQ(5, general[0][3]);
+    EXPECT_EQ(6, general[1][3]);
+    EXPECT_EQ(7, general[2][3]);
+    const auto translate = matrixOf(" type=\"translate\"", "1 2 3");
+    EXPECT_EQ(2, translate[1][3]);
+    EXPECT_EQ(1, translate[1][1]);
+    const auto rotate = matrixOf(" type=\"rotate\"", "1 2 3 4 5 6 7 8 9");
+    EXPECT_EQ(4, rotate[0][1]);
+    EXPECT_EQ(2, rotate[1][0]);
+    EXPECT_EQ(0.5, matrixOf(" type=\"scale\"", "2")[3][3]);
+
+    EXPECT_THAT(LoadText("<Transform" + kMain + " type=\"scale\">0</Transform>").Messages(),
+                Contains("ERROR 2: 0 scale transform specified."));
+}
+
+TEST_F(ReaderTest, BoundsOfThePredecessorAreConverted)
+{
+    const auto bound = [](const std::string& content)
+    {
+        const auto loaded = LoadText(Root(kMain, "<Product>" + content + "</Product>"));
+        EXPECT_THAT(loaded.Messages(), IsEmpty());
+        Object* made = Child(Child(loaded.Root(), u"Structure"), u"Bound");
+        return made == nullptr ? std::string("none")
+                               : Attribute(made, u"type") + ": " + Attribute(made, u"values");
+    };
+    EXPECT_EQ("box: 1 2 3 1 2 3", bound("<BoxBound><LowCorner>0 0 0</LowCorner>"
+                                        "<HighCorner>2 4 6</HighCorner></BoxBound>"));
+    EXPECT_EQ("sphere: 1 2 3 4",
+              bound("<SphereBound><Centre>1 2 3</Centre><Radius>4</Radius></SphereBound>"));
+    EXPECT_EQ("box: ", bound("<BoxBound></BoxBound>"));
+}
+
+TEST_F(ReaderTest, ASecondChildOfASingleFieldIsTakenAsTheOptionTells)
+{
+    const std::string two = Root(kMain, "<ProductInstance id=\"id1\"/>");
+    const std::string body =
+        Root(kMain,
+             "<Representation id=\"id1\"><Transform id=\"id2\" type=\"translate\">1 2 3"
+             "</Transform><Transform id=\"id3\">9</Transform></Representation>");
+    const auto refused = LoadText(body);
+    EXPECT_FALSE(refused.GetResult().Ok());
+    EXPECT_THAT(refused.Messages(),
+                Contains("ERROR 520: Unable to add <Transform> to parent <Representation>"));
+
+    const auto warned =
+        LoadText(body, {{"adapters/ZORVEX/import/multiple_sub_elements", "warning"}});
+    EXPECT_TRUE(warned.GetResult().Ok());
+    EXPECT_THAT(warned.Messages(),
+                ElementsAre("WARNING 2: Cannot add child of type: Transform to parent of type: "
+                            "Representation."));
+    EXPECT_NE(nullptr, warned.Root()->ResolveId(u"id3"));
+
+    const auto replaced =
+        LoadText(body, {{"adapters/ZORVEX/import/multiple_sub_elements", "none"}});
+    EXPECT_TRUE(replaced.GetResult().Ok());
+    Object* kept = Child(Child(replaced.Root(), u"Representation"), u"Transform");
+    ASSERT_NE(nullptr, kept);
+    EXPECT_EQ("id3", Utf8(kept->GetId()));
+}
+
+// --- malformed and hostile input
+// -------------------------------------------------------------------
+
+TEST_F(ReaderTest, ACutOffDocumentGivesItsRootAndTheLastId)
+{
+    const auto loaded =
+        LoadText("<ZORVEX" + kMain + kAttributes + "><ProductDef id=\"id5\"><Instance");
+    EXPECT_FALSE(loaded.GetResult().Ok());
+    EXPECT_THAT(loaded.Messages(), ElementsAre(StartsWith("ERROR 4: XML Parser error: "),
+                                               "ERROR 4:  ( last id read was: id5 ) ",
+                                               StartsWith("WARNING 518: Errors parsing \"")));
+    ASSERT_NE(nullptr, loaded.Root());
+    EXPECT_NE(nullptr, loaded.Root()->ResolveId(u"id5"));
+}
+
+TEST_F(ReaderTest, AStrayControlByteFailsUnlessItIsFiltered)
+{
+    const std::string text =
+        Root(kMain, std::string("<ProductDef name=\"a\x01") + "b\"></ProductDef>");
+    EXPECT_FALSE(LoadText(text).GetResult().Ok());
+    const auto filtered = LoadText(text, {{"adapters/ZORVEX/char_filter", "true"}});
+    EXPECT_THAT(filtered.Messages(), IsEmpty());
+    EXPECT_EQ("a b", Attribute(Child(filtered.Root(), u"ProductDef"), u"name"));
+}
+
+TEST_F(ReaderTest, LimitsEndTheParseAndNameTheirOption)
+{
+    std::string deep = "<ZORVEX" + kMain + ">";
+    for (int i = 0; i < 2000; ++i)
+    {
+        deep += "<Nonsense>";
+    }
+    EXPECT_THAT(LoadText(deep).Messages(),
+                Contains("ERROR 4: Limit exceeded: \"adapters/ZORVEX/import/max_depth\" (1024)"));
+    EXPECT_THAT(LoadText(Root(kMain, "<ProductDef name=\"0123456789\"/>"),
+                         {{"adapters/ZORVEX/import/max_value", "10"}})
+                    .Messages(),
+                Contains("ERROR 4: Limit exceeded: \"adapters/ZORVEX/import/max_value\" (10)"));
+}
+
+TEST_F(ReaderTest, EntityBombsAreDefused)
+{
+    const auto bomb = [](const char* kind, const std::string& use)
+    {
+        std::string dtd = "<!DOCTYPE ZORVEX [<!ENTITY " + std::string(kind) + "a0 \"<!--x-->\">";
+        const std::string mark = kind[0] == '%' ? "&#37;" : "&";
+        for (int i = 1; i < 12; ++i)
+        {
+            dtd += "<!ENTITY " + std::string(kind) + "a" + std::to_string(i) + " \"";
+            for (int k = 0; k < 10; ++k)
+            {
+                dtd += mark + "a" + std::to_string(i - 1) + ";";
+            }
+            dtd += "\">";
+        }
+        return dtd + (kind[0] == '%' ? "%a11;" : "") + "]><ZORVEX" + kMain + use + "</ZORVEX>";
+    };
+    const auto named = Contains(
+        "ERROR 4: Limit exceeded: \"adapters/ZORVEX/import/entity_expansion_limit\" "
+        "(10000)");
+    EXPECT_THAT(LoadText(bomb("", "><ProductDef>&a11;</ProductDef>")).Messages(), named);
+    EXPECT_THAT(LoadText(bomb("", "><ProductDef name=\"&a11;\"/>")).Messages(), named);
+    EXPECT_THAT(LoadText(bomb("% ", ">")).Messages(), named);
+
+    // Few expansions of a long text: caught by what they deliver.
+    const std::string longText(200000, 'x');
+    std::string uses;
+    for (int i = 0; i < 9000; ++i)
+    {
+        uses += "&l;";
+    }
+    EXPECT_THAT(
+        LoadText("<!DOCTYPE ZORVEX [<!ENTITY l \"" + longText + "\">]><ZORVEX" + kMain +
+                 "><ProductDef><Description>" + uses + "</Description></ProductDef></ZORVEX>")
+            .Messages(),
+        Contains(HasSubstr("Limit exceeded: the entities of the document expand")));
+}
+
+TEST_F(ReaderTest, ExternalEntitiesAreNeverFetched)
+{
+    const auto loaded = LoadText(
+        "<!DOCTYPE ZORVEX SYSTEM \"/nonexistent/evil.dtd\" [<!ENTITY e "
+        "SYSTEM \"/etc/hostname\">]>" +
+        Root(kMain,
+             "<ProductDef><Description>&e;</Description>"
+             "</ProductDef>"));
+    ASSERT_NE(nullptr, loaded.Root());
+    EXPECT_EQ("", Utf8(Child(loaded.Root(), u"ProductDef")->GetObjectDescription()));
+}
+
+TEST_F(ReaderTest, ADamagedDocumentNeverHarms)
+{
+    const std::string good =
+        Root(kMain +
+                 " xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" "
+                 "xsi:schemaLocation=\"a b\"",
+             "<Header id=\"id1\"/><ProductDef id=\"id2\"><InstanceGraph id=\"id3\" "
+             "rootRefs=\"id4 id5\"><ProductInstance id=\"id4\" partRef=\"#id6\" quantity=\"2.5\">"
+             "<Transform id=\"id7\">1 0 0 0 0 1 0 0 0 0 1 0 5 6 7 1</Transform></ProductInstance>"
+             "<Part id=\"id6\"><BoxBound><LowCorner>0 0 0</LowCorner></BoxBound></Part>"
+             "</InstanceGraph></ProductDef>");
+    unsigned seed = 12345;
+    const auto next = [&seed](std::size_t below)
+    {
+        seed = seed * 1103515245u + 12345u;
+        return static_cast<std::size_t>(seed >> 8) % below;
+    };
+    int loadedRoots = 0;
+    for (int i = 0; i < 400; ++i)
+    {
+        std::string damaged = good;
+        for (std::size_t k = 0; k <= next(3); ++k)
+        {
+            const std::size_t at = next(damaged.size());
+            switch (next(4))
+            {
+                case 0:
+                    damaged[at] = static_cast<char>(next(256));
+                    break;
+                case 1:
+                    damaged.erase(at, next(12));
+                    break;
+                case 2:
+                    damaged.insert(at, damaged.substr(next(damaged.size()), next(40)));
+                    break;
+                default:
+                    damaged.resize(at + 1);
+                    break;
+            }
+        }
+        loadedRoots += static_cast<int>(LoadText(damaged).Roots().size());
+    }
+    EXPECT_GT(loadedRoots, 100);
+    ClassDescriptor::Reset();
+}
+
+}  // namespace zorvex_test
