@@ -46,6 +46,13 @@ bool MayRepeat(int type)
            type == zorvexFieldContentElement;
 }
 
+/// Whether the built-in id can be meant.
+bool MayBeId(const FieldDescriptor& field)
+{
+    const std::uint32_t id = name_match::Hash(u"id");
+    return field.NameHash() == id || field.XmlNameHash() == id;
+}
+
 /// The name by which a registration is recognised again.
 TextView RegisteredName(const FieldDescriptor& field)
 {
@@ -183,6 +190,12 @@ FieldDescriptor* ClassDescriptorImpl::FindAttribute(TextView xmlName) const
 FieldDescriptor* ClassDescriptorImpl::FindOwnField(TextView name) const
 {
     const FieldScope own = Scope();
+    // Most often the attribute that was registered just now: no other has its name.
+    if (!own.fields.empty() && own.fields.back()->IsAttribute() &&
+        !MayRepeat(own.fields.back()->Type()) && RegisteredName(*own.fields.back()) == name)
+    {
+        return own.fields.back();
+    }
     for (const int kind : {field_kind::kAttribute, field_kind::kElement, field_kind::kContent})
     {
         if (FieldDescriptor* found = FindRegistered(own, name, kind))
@@ -216,7 +229,7 @@ int ClassDescriptorImpl::RegisterField(const String& name, int type, Place place
     std::unique_ptr<FieldDescriptor> field(
         new FieldDescriptor(this, name, type, prefix, m_borrowsTexts));
     ResolveChain();
-    const bool idObject = IsIdObject();
+    const bool idObject = MayBeId(*field) && IsIdObject();
 
     const std::lock_guard lock(ClassRegistry::WriteLock());
     if (!MayRepeat(type))
@@ -284,7 +297,7 @@ FieldDescriptor* ClassDescriptorImpl::AddRuntimeField(TextView name, int type,
         field->SetClassValue(fieldClass->GetClass());
     }
     ResolveChain();
-    const bool idObject = IsIdObject();
+    const bool idObject = MayBeId(*field) && IsIdObject();
 
     const std::lock_guard lock(ClassRegistry::WriteLock());
     if (!MayRepeat(type))

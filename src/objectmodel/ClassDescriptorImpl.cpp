@@ -220,7 +220,11 @@ void ClassDescriptorImpl::SetVersion(const String& version)
 
     text.remove_prefix(end);
     text.remove_prefix(std::min(text.find_first_not_of(kBlank), text.size()));
-    m_schemaFile = ToString(text.substr(0, text.find(u' ')));
+    // The last word has the terminator behind it.
+    const TextView file = text.substr(0, text.find(u' '));
+    m_schemaFile = file.size() == text.size() && IsBorrowed(version) && m_borrowsTexts
+                       ? BorrowConstant(file)
+                       : ToString(file);
 }
 
 void ClassDescriptorImpl::SetNamespace(const String& uri, const String& prefix)
