@@ -22,9 +22,7 @@ class NamedElementFields
 {
 public:
     NamedElementFields(const ClassDescriptorImpl* impl, TextView name)
-        : m_name(name),
-          m_exact(impl != nullptr &&
-                  impl->FindField(name, field_kind::kElement, true, true) != nullptr)
+        : m_name(name), m_exact(HasFieldNamed(impl, name))
     {
     }
 
@@ -39,6 +37,14 @@ public:
     }
 
 private:
+    /// A class-qualified name finds a field too, but isn't the field's name.
+    static bool HasFieldNamed(const ClassDescriptorImpl* impl, TextView name)
+    {
+        const FieldDescriptor* field =
+            impl == nullptr ? nullptr : impl->FindField(name, field_kind::kElement, true, true);
+        return field != nullptr && field->NameView() == name;
+    }
+
     bool Means(const FieldData& data) const
     {
         const FieldDescriptor& field = *data.descriptor;
