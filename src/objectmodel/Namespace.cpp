@@ -9,7 +9,8 @@
 namespace zorvex_api
 {
 
-/// The records in the order of their URIs. All operations run under mutex 6. The list is freed with
+/// The records, sorted by URI to be found, and chained in the order in which they were registered,
+/// which is the order of every walk. All operations run under mutex 6. The list is freed with
 /// its last record, so that nothing is left after a session.
 class NamespaceTable
 {
@@ -17,6 +18,8 @@ public:
     using Records = HookedVector<Namespace*>;
 
     static Records* s_records;  // null while there are none
+    static Namespace* s_first;  // of the chain
+    static Namespace* s_last;
     static bool s_main;         // RegisterMain holds its use
     static bool s_legacy;
 
@@ -49,8 +52,12 @@ public:
         {
             s_records = new Records;
         }
-        return *s_records->insert(LowerBound(uri),
-                                  new Namespace(uri, prefix, isDefault, isCurrent, target));
+        auto* made = new Namespace(uri, prefix, isDefault, isCurrent, target);
+        s_records->insert(LowerBound(uri), made);
+        made->m_previous = s_last;
+        (s_last != nullptr ? s_last->m_next : s_first) = made;
+        s_last = made;
+        return made;
     }
 
     static void Release(TextView uri)
@@ -61,6 +68,8 @@ public:
             return;
         }
         s_records->erase(LowerBound(uri));
+        (record->m_previous != nullptr ? record->m_previous->m_next : s_first) = record->m_next;
+        (record->m_next != nullptr ? record->m_next->m_previous : s_last) = record->m_previous;
         delete record;
         if (s_records->empty())
         {
@@ -68,17 +77,11 @@ public:
             s_records = nullptr;
         }
     }
-
-    static const Namespace* After(TextView uri)
-    {
-        const auto at = std::upper_bound(s_records->begin(), s_records->end(), uri,
-                                         [](TextView wanted, const Namespace* record)
-                                         { return wanted < View(record->m_uri); });
-        return at != s_records->end() ? *at : nullptr;
-    }
 };
 
 NamespaceTable::Records* NamespaceTable::s_records = nullptr;
+Namespace* NamespaceTable::s_first = nullptr;
+Namespace* NamespaceTable::s_last = nullptr;
 bool NamespaceTable::s_main = false;
 bool NamespaceTable::s_legacy = false;
 
@@ -99,12 +102,12 @@ TextView Namespace::MainUri()
 
 const Namespace* Namespace::Next() const
 {
-    return NamespaceTable::After(View(m_uri));
+    return m_next;
 }
 
 const Namespace* Namespace::First()
 {
-    return NamespaceTable::s_records != nullptr ? NamespaceTable::s_records->front() : nullptr;
+    return NamespaceTable::s_first;
 }
 
 int Namespace::Count()

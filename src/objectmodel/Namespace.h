@@ -9,7 +9,8 @@ namespace zorvex_api
 
 /// A namespace URI that is known to the process.
 ///
-/// One record for each URI, in a process-wide table in the order of the URIs, guarded by mutex 6.
+/// One record for each URI, in a process-wide table in the order of registration, guarded by
+/// mutex 6.
 /// Records are counted: each class outside the main namespace holds one use of its namespace. A
 /// pointer taken under the mutex is good as long as the mutex, or a use, is held.
 class Namespace : public Allocator
@@ -22,7 +23,7 @@ public:
     bool IsLegacy() const { return m_target != nullptr; }
     bool IsDefault() const { return m_isDefault; }
     bool IsCurrent() const { return m_isCurrent; }
-    /// Next in the order of URIs, null at the end. Under mutex 6.
+    /// Next in the order of registration, null at the end. Under mutex 6.
     const Namespace* Next() const;
 
     /// The main namespace's URI.
@@ -39,11 +40,11 @@ public:
     static void Release(TextView uri);
     /// Null when the URI isn't registered.
     static const Namespace* FindByUri(TextView uri);
-    /// The first record, in the order of URIs, with this prefix; null if none.
+    /// The first record, in the order of registration, with this prefix; null if none.
     static const Namespace* FindByPrefix(TextView prefix);
     /// The prefix registered for a URI, empty if there is none.
     static String PrefixOf(TextView uri);
-    /// The first record in the order of URIs; hold mutex 6 for the whole walk.
+    /// The first record in the order of registration; hold mutex 6 for the whole walk.
     static const Namespace* First();
     static int Count();
 
@@ -66,6 +67,8 @@ private:
     bool m_isDefault;
     bool m_isCurrent;
     int m_useCount = 1;
+    Namespace* m_next = nullptr;
+    Namespace* m_previous = nullptr;
 };
 
 }  // namespace zorvex_api

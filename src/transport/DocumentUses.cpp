@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "objectmodel/ClassData.h"
+#include "objectmodel/EndOfObject.h"
 #include "runtime/MutexLock.h"
 
 namespace zorvex_api::internal
@@ -68,12 +69,13 @@ void DocumentUses::AddArrayTarget(ExternalRep& reference, Object* object)
     ClassData::Of(object)->stateFlags |= ClassData::kUseCounted;
 }
 
-void DocumentUses::DropArrayTargets(ExternalRep& reference)
+void DocumentUses::LeaveArrayTargets(ExternalRep& reference)
 {
     if ((reference.flags & ExternalRep::kHandles) == 0)
     {
         return;
     }
+    const MutexLock lock(kReferenceMutex);
     for (const Handle& handle : *reference.handles)
     {
         const auto found = m_arrayHolders.find(handle.GetObject());
@@ -93,7 +95,7 @@ void DocumentUses::Drop(ExternalRep& reference)
     std::vector<Object*> unheld;
     {
         const MutexLock lock(kReferenceMutex);
-        DropArrayTargets(reference);
+        LeaveArrayTargets(reference);
         reference.flags &= ~ExternalRep::kCounted;
         const auto held = m_held.find(&reference);
         if (held == m_held.end())
@@ -110,7 +112,7 @@ void DocumentUses::Drop(ExternalRep& reference)
     }
     for (Object* root : unheld)
     {
-        delete root;
+        DeleteUnheldRoot(root);
     }
 }
 

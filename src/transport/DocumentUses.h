@@ -25,6 +25,8 @@ public:
     void Add(ExternalRep& reference, Object* root);
     /// A reference has this object in its array of targets.
     void AddArrayTarget(ExternalRep& reference, Object* object);
+    /// The reference forgets its array of targets, before the array changes.
+    void LeaveArrayTargets(ExternalRep& reference);
     /// The reference lets go of all that it holds; roots that nobody holds any more are deleted.
     void Drop(ExternalRep& reference);
     /// The object dies: it leaves the table and all arrays of targets.
@@ -33,7 +35,6 @@ public:
 private:
     using References = std::unordered_set<ExternalRep*>;
 
-    void DropArrayTargets(ExternalRep& reference);
     bool IsHeld(Object* root) const;
     std::vector<Object*> TakeUnheld(const std::vector<Object*>& candidates) const;
 

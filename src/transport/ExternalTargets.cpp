@@ -67,6 +67,7 @@ void ExternalRep::SetTargets(const Array<Handle>& newTargets)
     {
         ReleaseTargets();
     }
+    DocumentUses::Get().LeaveArrayTargets(*this);
     ClearTarget();
     if (newTargets.GetSize() == 0)
     {
@@ -133,6 +134,7 @@ void ExternalRep::MoveTargets(Array<Handle>& out)
     if ((flags & kHandles) != 0)
     {
         DocumentUses::Get().Drop(*this);  // while the array tells which objects know of it
+        DocumentUses::Get().LeaveArrayTargets(*this);
         // The receiver has the things of other formats now: nothing is destroyed.
         handles->RemoveAll();
     }

@@ -212,7 +212,7 @@ String FromOtherFolder(const Pointer& target, const Pointer& document)
         document.GetScheme().IsEmpty() != 0 && document.IsRelative() != 0;
     if (!documentIsRelative || Climbs(from))
     {
-        return WorkingFolder() + target.GetString();
+        return Pointer(WorkingFolder() + target.GetString()).GetString();
     }
     return WayBetween(from, Segments(target.GetPath())) + target.GetFileName() + FragmentOf(target);
 }
