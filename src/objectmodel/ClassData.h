@@ -130,9 +130,10 @@ public:
     /// Puts a child into a field of this object, or aside; see SetOwner. Notes the field in the
     /// child, but doesn't touch the child's owner. A null child deletes the value of the field.
     Result PlaceChild(Object* child, TextView fieldName, FieldDescriptor* field, int strictness);
-    /// The reader's way: appends a fresh child to a known element field. No checks, no id
-    /// conflicts, no marks, and a cached element name stays. False, with nothing changed, when a
-    /// single field already holds a child.
+    /// The reader's way: appends a fresh child to a known element field. No checks, no marks, and a
+    /// cached element name stays. The child has nothing below it, and its id, if it has one, is for
+    /// the caller to enter: see SetLoadedId. False, with nothing changed, when a single field
+    /// already holds a child.
     bool AppendChild(ClassData* child, FieldDescriptor* field);
     /// The end of adding a child that was made for this object and is placed in it: it takes the
     /// owner, joins the tree's ids and, under IdObject, takes a new id.
@@ -209,6 +210,7 @@ private:
     ClassDescriptor* ResolveClass();
     void SetDescriptor(ClassDescriptor* newDescriptor);
     void BecomeDocument();
+    static void DestroyRecord(ClassData* data);
     void FreeFields(unsigned options);
     void FreeExtensions();
     Object* TakeAnyChild();

@@ -1,3 +1,8 @@
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ElementList.h"
@@ -31,6 +36,8 @@ public:
     EndScope(const EndScope&) = delete;
     EndScope& operator=(const EndScope&) = delete;
 
+    static bool IsAnyOpen() { return s_innermost != nullptr; }
+
     IdTable* TreeTable() const { return m_treeTable; }
     bool IsDeep() const { return m_depth >= kMaxNestedEnds; }
 
@@ -50,6 +57,28 @@ private:
 
 thread_local constinit EndScope* EndScope::s_innermost = nullptr;
 
+// Roots that wait for the end of the objects that are ending; null when there is none.
+thread_local constinit std::vector<Object*>* s_waiting = nullptr;
+thread_local constinit bool s_deletingWaiting = false;
+
+void DeleteWaitingRoots()
+{
+    if (s_waiting == nullptr || s_deletingWaiting || EndScope::IsAnyOpen())
+    {
+        return;
+    }
+    s_deletingWaiting = true;
+    while (s_waiting != nullptr)
+    {
+        const std::unique_ptr<std::vector<Object*>> roots(std::exchange(s_waiting, nullptr));
+        for (Object* root : *roots)
+        {
+            delete root;
+        }
+    }
+    s_deletingWaiting = false;
+}
+
 void DestroyAside(ClassData&, void* data)
 {
     auto* children = static_cast<Array<Object*>*>(data);
@@ -66,7 +95,34 @@ void DestroyAside(ClassData&, void* data)
 
 }  // namespace
 
+void DeleteUnheldRoot(Object* root) noexcept
+{
+    if (EndScope::IsAnyOpen())
+    {
+        try
+        {
+            if (s_waiting == nullptr)
+            {
+                s_waiting = new std::vector<Object*>;
+            }
+            s_waiting->push_back(root);
+            return;
+        }
+        catch (const std::bad_alloc&)
+        {
+            // Without memory for the list the root goes at once.
+        }
+    }
+    delete root;
+}
+
 void ClassData::Destroy(ClassData* data)
+{
+    DestroyRecord(data);
+    DeleteWaitingRoots();
+}
+
+void ClassData::DestroyRecord(ClassData* data)
 {
     const EndScope scope(*data);
     data->stateFlags |= kDestructing;

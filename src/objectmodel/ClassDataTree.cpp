@@ -201,10 +201,6 @@ bool ClassData::AppendChild(ClassData* child, FieldDescriptor* field)
     }
     child->holdingField = field;
     child->owner = object;
-    if (child->id.HasValue() || child->idTable != nullptr)
-    {
-        child->JoinIds(*Root());
-    }
     return true;
 }
 

@@ -66,6 +66,12 @@ ClassData* IdTable::First(Slot slot)
                               : reinterpret_cast<ClassData*>(slot);
 }
 
+ClassData* IdTable::Last(Slot slot)
+{
+    const Duplicates* several = DuplicatesOf(slot);
+    return several != nullptr ? several->objects.back() : reinterpret_cast<ClassData*>(slot);
+}
+
 template <class Visit>
 void IdTable::ForEach(Visit visit) const
 {
@@ -167,6 +173,10 @@ void IdTable::Insert(ClassData* data)
         m_keys[place] = key;
         ++m_live;
         ++m_count;
+        return;
+    }
+    if (Last(*equal) == data)
+    {
         return;
     }
     Duplicates* several = DuplicatesOf(*equal);

@@ -70,9 +70,12 @@ TEST_F(IdTableTest, OfEqualIdsTheFirstEnteredIsFoundAndTheNextTakesOver)
     EXPECT_EQ(third, table.Find(id));
     table.Insert(first);
     EXPECT_EQ(third, table.Find(id));
+    table.Insert(first);  // isn't entered twice
     table.Remove(third);
     table.Remove(third);  // not in any more: the other entry of this id stays
     EXPECT_EQ(first, table.Find(id));
+    table.Remove(first);
+    EXPECT_EQ(nullptr, table.Find(id));
 }
 
 TEST_F(IdTableTest, AgreesWithAListOfEntriesThroughRandomChanges)

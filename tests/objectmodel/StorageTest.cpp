@@ -11,6 +11,7 @@
 #include "objectmodel/ClassRegistry.h"
 #include "objectmodel/DocumentMap.h"
 #include "objectmodel/ElementList.h"
+#include "objectmodel/EndOfObject.h"
 #include "objectmodel/ExternalRep.h"
 #include "support/SessionTest.h"
 #include "zorvex_api/ClassDescriptor.h"
@@ -288,6 +289,30 @@ TEST_F(StorageTest, TreesOfAnyDepthEndOnASmallStack)
         bottom = child;
     }
     OnSmallStack([top] { delete top; });
+}
+
+TEST_F(StorageTest, RootsThatHoldEachOtherInAChainEndOnASmallStack)
+{
+    struct Holder : zorvex_api::Object
+    {
+        explicit Holder(int& alive) : m_alive(alive) { ++m_alive; }
+        ~Holder() override { --m_alive; }
+        int& m_alive;
+    };
+    constexpr int kTag = -4711;
+    ClassData::RegisterExtensionDestroyer(
+        kTag,
+        [](ClassData&, void* next) { zorvex_api::DeleteUnheldRoot(static_cast<Object*>(next)); });
+    int alive = 0;
+    Object* first = nullptr;
+    for (int i = 0; i < 20000; ++i)
+    {
+        Object* holder = new Holder(alive);
+        ClassData::Of(holder)->SetExtension(kTag, first);
+        first = holder;
+    }
+    OnSmallStack([first] { delete first; });
+    EXPECT_EQ(0, alive);
 }
 
 TEST_F(StorageTest, ChildrenEndAfterTheirParentStartedAndInOrder)
