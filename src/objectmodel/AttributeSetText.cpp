@@ -360,16 +360,16 @@ bool HoldsEmptyText(const FieldDescriptor& field)
     }
 }
 
-/// One pass without branches that depend on the text.
+/// Control characters are rare enough for a second look: the loop over all units is kept to one
+/// comparison, which the compiler does for many units at once.
 bool HasForbiddenUnit(TextView text)
 {
-    constexpr std::uint32_t kAllowedControls = 1u << 9 | 1u << 10 | 1u << 13;
-    std::uint32_t bad = 0;
+    bool hasControl = false;
     for (char16_t unit : text)
     {
-        bad |= static_cast<std::uint32_t>(unit < 32) & ~(kAllowedControls >> (unit & 31));
+        hasControl |= unit < 32;
     }
-    return (bad & 1) != 0;
+    return hasControl && !CheckXmlCharacters(text).Ok();
 }
 
 bool SetIdText(ClassData& owner, TextView text)
@@ -471,12 +471,16 @@ bool SetTextQuick(ClassData& owner, FieldDescriptor& field, TextView text, bool 
         return true;
     }
     const int before = result.NumberOfErrors();
-    if (!SetTextPlain(owner, field, data, text, result))
+    if (SetTextPlain(owner, field, data, text, result))
     {
-        result.Merge(attribute_message::CannotSet(field.NameView()));
-        return false;
+        return result.NumberOfErrors() == before;
     }
-    return result.NumberOfErrors() == before;
+    if (field.Type() != zorvexFieldMatrix)
+    {
+        // What is wrong with a Transform's text has been said.
+        result.Merge(attribute_message::CannotSet(field.NameView()));
+    }
+    return false;
 }
 
 void ResetValue(ClassData& owner, const FieldDescriptor& field, FieldData* data)

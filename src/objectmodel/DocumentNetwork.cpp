@@ -62,15 +62,30 @@ List& NeedList(ClassData& document, int tag)
     return *static_cast<List*>(*place);
 }
 
+/// Takes an entry out of the list under a tag; the list goes with its last entry.
+template <class List, class Entry>
+void TakeFrom(ClassData& document, int tag, List* list, Entry entry)
+{
+    const int index = list != nullptr ? list->Lookup(entry) : -1;
+    if (index < 0)
+    {
+        return;
+    }
+    list->RemoveAt(index);
+    if (list->GetSize() == 0)
+    {
+        document.SetExtension(tag, nullptr);
+        delete list;
+    }
+}
+
 void DestroyCompanions(ClassData& owner, void* data)
 {
     auto* companions = static_cast<Documents*>(data);
     for (Object* companion : *companions)
     {
-        if (Holders* holders = HoldersOf(*ClassData::Of(companion)))
-        {
-            holders->RemoveAt(holders->Lookup(&owner));
-        }
+        ClassData& held = *ClassData::Of(companion);
+        TakeFrom(held, kCompanionOf, HoldersOf(held), &owner);
     }
     delete companions;
 }
@@ -82,10 +97,9 @@ void DestroyHolders(ClassData& owner, void* data)
     auto* holders = static_cast<Holders*>(data);
     for (ClassData* holder : *holders)
     {
-        Documents* companions = DocumentMap::Contains(holder) ? CompanionsOf(*holder) : nullptr;
-        if (companions != nullptr)
+        if (DocumentMap::Contains(holder))
         {
-            companions->RemoveAt(companions->Lookup(owner.object));
+            TakeFrom(*holder, extension_tag::kCompanions, CompanionsOf(*holder), owner.object);
         }
     }
     delete holders;

@@ -136,7 +136,7 @@ Kind KindOf(ClassData& object)
 
 Kind KindOf(TextView type)
 {
-    if (type.empty() || type == u"general")
+    if (type.empty() || type == u"general" || type == u"unset")
     {
         return Kind::General;
     }

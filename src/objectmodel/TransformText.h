@@ -27,7 +27,7 @@ enum class Kind
 
 /// Whether the object is of the class whose content follows these rules.
 bool AppliesTo(ClassData& object);
-/// By the attribute "type"; General when it isn't set.
+/// By the attribute "type"; General when it isn't set, or is "unset".
 Kind KindOf(ClassData& object);
 Kind KindOf(TextView type);
 
