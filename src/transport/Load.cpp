@@ -21,7 +21,7 @@ Configuration* Unchanged(const Configuration& options)
 }
 
 // Roots that LoadDocument doesn't give out stay with the first one, which may refer to them.
-constexpr int kSurplusRoots = -24;
+constexpr int kSurplusRoots = -40;
 
 using Roots = std::vector<Object*>;
 
