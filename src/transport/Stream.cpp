@@ -77,7 +77,8 @@ int Stream::Read(void* buffer, int count, int size, int compressed)
     Source source(*this);
     const int got =
         compressed ? internal::ReadBlock(source, buffer, total) : ReadBytes(buffer, total);
-    if (GetImplementation()->m_swapBytes)
+    const StreamImpl* impl = GetImplementation();
+    if (impl != nullptr && impl->m_swapBytes)
     {
         SwapElements(buffer, std::min(got, total), size);
     }

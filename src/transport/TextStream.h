@@ -38,7 +38,7 @@ public:
     {
         bool happened = false;
         std::uint32_t unit = 0;  // what stood there; the byte for malformed UTF-8
-        int index = 0;           // in its text: the unit, or the byte of a text that came as UTF-8
+        int index = 0;           // of that unit in its text
     };
 
     /// Reads the options of `options` (may be null) and writes the prolog to `target` (may be
@@ -125,6 +125,7 @@ private:
     // TextStreamEncode.cpp: append to m_buffer
     void EncodeText(TextView text, Place place);
     void EncodeUtf8(std::string_view text, Place place);
+    void CopyUtf8(std::string_view text, Place place);
     void EncodeByRules(TextView text, Place place);
     void EncodeSpecial(unsigned int unit, bool endsSection, std::size_t index);
     void AppendReplacement(Replacement kind, std::uint32_t unit, std::size_t index);

@@ -230,6 +230,26 @@ void TextStream::EncodeByRules(TextView text, Place place)
 
 void TextStream::EncodeUtf8(std::string_view text, Place place)
 {
+    bool happenedBefore[kReplacementKinds];
+    for (int kind = 0; kind < kReplacementKinds; ++kind)
+    {
+        happenedBefore[kind] = m_replaced[kind].happened;
+    }
+    CopyUtf8(text, place);
+    for (int kind = 0; kind < kReplacementKinds; ++kind)
+    {
+        Replaced& replaced = m_replaced[kind];
+        if (replaced.happened && !happenedBefore[kind])
+        {
+            const auto byteIndex = static_cast<std::size_t>(replaced.index);
+            replaced.index = static_cast<int>(utf8::StoredUnits(text.substr(0, byteIndex)));
+        }
+    }
+}
+
+/// Leaves the index of a new replacement in bytes.
+void TextStream::CopyUtf8(std::string_view text, Place place)
+{
     const unsigned int special = SpecialUnits(place) | kMultiByte;
     std::size_t copied = 0;  // what stands in front is in the buffer
     const auto copyUpTo = [&](std::size_t end) { m_buffer.append(text, copied, end - copied); };

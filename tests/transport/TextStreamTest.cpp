@@ -195,6 +195,10 @@ TEST_F(TextStreamTest, DocumentRulesKeepIllegalCharactersOut)
     EXPECT_EQ(0xD800u, surrogate.unit);
     EXPECT_EQ(1, surrogate.index);
     EXPECT_EQ(0xFFFEu, t.out.GetReplaced(TextStream::kNonCharacter).unit);
+    Target stored;
+    stored.out.WriteText("\xE2\x82\xAC\xF0\x9F\x98\x80\xED\xA0\x81z\xED\xB0\x81"sv);
+    EXPECT_EQ(0xD801u, stored.out.GetReplaced(TextStream::kLoneSurrogate).unit);
+    EXPECT_EQ(3, stored.out.GetReplaced(TextStream::kLoneSurrogate).index);
     EXPECT_EQ(2u, t.out.GetReplaced(TextStream::kControl).unit);
     EXPECT_FALSE(Target().out.GetReplaced(TextStream::kControl).happened);
 }
