@@ -26,7 +26,10 @@ public:
         constexpr int kMayFollow = 1;
 
         URIResolver::Process(data);
-        if (data->m_operation == kMayFollow)
+        void* owner = nullptr;
+        data->Get(2, owner);
+        // Without an owner it is the document that the application itself has asked for.
+        if (data->m_operation == kMayFollow && owner)
         {
             void* pointer = nullptr;
             void* answer = nullptr;
