@@ -37,6 +37,7 @@ GenericObject::GenericObject(ClassDescriptorImpl* descriptor, Object* owner)
     if (!result.Ok())
     {
         InitData(0);
+        m_class = nullptr;
         throw Exception(2, result.GetMessage());
     }
 }
