@@ -226,21 +226,40 @@ int ClassDescriptorImpl::RegisterField(const String& name, int type, Place place
                                        const String* prefixUri)
 {
     const String prefix = prefixUri != nullptr ? Namespace::PrefixOf(View(*prefixUri)) : m_prefix;
-    std::unique_ptr<FieldDescriptor> field(
-        new FieldDescriptor(this, name, type, prefix, m_borrowsTexts));
+    bool accepted = false;
+    RegisterOrFind(std::make_unique<FieldDescriptor>(this, name, type, prefix, m_borrowsTexts),
+                   place, accepted);
+    return accepted;
+}
+
+FieldDescriptor* ClassDescriptorImpl::NewField(const String& name, int type)
+{
+    bool accepted = false;
+    return RegisterOrFind(
+        std::make_unique<FieldDescriptor>(this, name, type, m_prefix, m_borrowsTexts), Place::Back,
+        accepted);
+}
+
+/// Gives the field when it was added, else null; `accepted` tells whether the registration counts
+/// as good.
+FieldDescriptor* ClassDescriptorImpl::RegisterOrFind(std::unique_ptr<FieldDescriptor> field,
+                                                     Place place, bool& accepted)
+{
     ResolveChain();
     const bool idObject = MayBeId(*field) && IsIdObject();
 
     const std::lock_guard lock(ClassRegistry::WriteLock());
-    if (!MayRepeat(type))
+    if (!MayRepeat(field->Type()))
     {
         if (FieldDescriptor* present = FindDuplicate(*field, idObject))
         {
-            return RegisterAgain(*present, *field);
+            accepted = RegisterAgain(*present, *field);
+            return nullptr;
         }
     }
-    InsertField(field.release(), place);
-    return 1;
+    accepted = true;
+    InsertField(field.get(), place);
+    return field.release();
 }
 
 /// Under the write lock, with the class chain resolved.
@@ -269,12 +288,12 @@ FieldDescriptor* ClassDescriptorImpl::FindDuplicate(const FieldDescriptor& candi
     return isId ? id : nullptr;
 }
 
-int ClassDescriptorImpl::RegisterAgain(FieldDescriptor& present, const FieldDescriptor& candidate)
+bool ClassDescriptorImpl::RegisterAgain(FieldDescriptor& present, const FieldDescriptor& candidate)
 {
     if (!present.IsBuiltIn() || candidate.Type() != zorvexFieldString ||
         candidate.NameView() != u"id")
     {
-        return 0;
+        return false;
     }
     const FieldSpan own = Fields();
     const bool known = std::find(own.begin(), own.end(), &present) != own.end();
@@ -282,7 +301,7 @@ int ClassDescriptorImpl::RegisterAgain(FieldDescriptor& present, const FieldDesc
     {
         InsertField(&present, Place::Back);
     }
-    return 1;
+    return true;
 }
 
 FieldDescriptor* ClassDescriptorImpl::AddRuntimeField(TextView name, int type,

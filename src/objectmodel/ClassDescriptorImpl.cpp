@@ -428,22 +428,36 @@ void ClassDescriptorImpl::UnlinkBase() const
 /// Under the write lock.
 void ClassDescriptorImpl::Invalidate(bool baseChanged) const
 {
+    InvalidateThis(baseChanged);
+    if (m_firstDerived == nullptr)
+    {
+        return;
+    }
     HookedVector<const ClassDescriptorImpl*> pending{this};
     while (!pending.empty())
     {
         const ClassDescriptorImpl* impl = pending.back();
         pending.pop_back();
-        impl->m_generation.fetch_add(1, std::memory_order_release);
-        impl->m_searchesSinceChange.store(0, std::memory_order_relaxed);
-        if (baseChanged)
+        impl->ForEachDerived(
+            [&](const ClassDescriptorImpl* derived)
+            {
+                derived->InvalidateThis(baseChanged);
+                pending.push_back(derived);
+            });
+    }
+}
+
+void ClassDescriptorImpl::InvalidateThis(bool baseChanged) const
+{
+    m_generation.fetch_add(1, std::memory_order_release);
+    m_searchesSinceChange.store(0, std::memory_order_relaxed);
+    if (baseChanged)
+    {
+        Retire(m_lineage.exchange(nullptr, std::memory_order_acq_rel), &DeleteBlock);
+        for (std::atomic<signed char>& membership : m_membership)
         {
-            impl->Retire(impl->m_lineage.exchange(nullptr, std::memory_order_acq_rel),
-                         &DeleteBlock);
-            impl->m_isIdObject.store(-1, std::memory_order_relaxed);
-            impl->m_isDocumentBase.store(-1, std::memory_order_relaxed);
+            membership.store(-1, std::memory_order_relaxed);
         }
-        impl->ForEachDerived([&](const ClassDescriptorImpl* derived)
-                             { pending.push_back(derived); });
     }
 }
 
@@ -516,13 +530,20 @@ bool ClassDescriptorImpl::IsSubClass(TextView qualifiedName) const
     return false;
 }
 
-bool ClassDescriptorImpl::FindMembership(std::atomic<signed char>& cache, TextView className) const
+bool ClassDescriptorImpl::FindMembership(Membership which, TextView className) const
 {
     const std::uint32_t generation = Generation();
-    std::u16string qualified(Namespace::MainUri());
-    qualified += u':';
-    qualified += className;
-    const bool member = IsSubClass(TextView(qualified));
+    const ClassNameQuery wanted(Namespace::MainUri(), className);
+    bool member = false;
+    for (const ClassDescriptorImpl* at = this; at != nullptr && !member; at = at->Base())
+    {
+        const signed char known = at->m_membership[which].load(std::memory_order_relaxed);
+        member = known > 0 || (known < 0 && wanted.Equals(View(at->QualifiedName())));
+        if (known == 0)
+        {
+            break;
+        }
+    }
     if (!member && !CurrentLineage().complete)
     {
         return false;  // a base may still come
@@ -530,7 +551,7 @@ bool ClassDescriptorImpl::FindMembership(std::atomic<signed char>& cache, TextVi
     const std::lock_guard lock(ClassRegistry::WriteLock());
     if (generation == Generation())
     {
-        cache.store(member ? 1 : 0, std::memory_order_relaxed);
+        m_membership[which].store(member ? 1 : 0, std::memory_order_relaxed);
     }
     return member;
 }

@@ -2,6 +2,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
+#include <string>
 
 #include "objectmodel/ClassLayout.h"
 #include "objectmodel/ClassNameTable.h"
@@ -99,16 +101,8 @@ public:
     bool IsSubClass(short classValue) const;
     /// By qualified name, or a bare name for a class without a namespace.
     bool IsSubClass(TextView qualifiedName) const;
-    bool IsIdObject() const
-    {
-        const signed char known = m_isIdObject.load(std::memory_order_relaxed);
-        return known >= 0 ? known != 0 : FindMembership(m_isIdObject, u"IdObject");
-    }
-    bool IsDocumentBase() const
-    {
-        const signed char known = m_isDocumentBase.load(std::memory_order_relaxed);
-        return known >= 0 ? known != 0 : FindMembership(m_isDocumentBase, u"DocumentBase");
-    }
+    bool IsIdObject() const { return IsMember(kIdObject, u"IdObject"); }
+    bool IsDocumentBase() const { return IsMember(kDocumentBase, u"DocumentBase"); }
     /// Appends the classes below that aren't abstract, through abstract ones.
     void CollectConcreteClasses(Array<ClassDescriptor*>& classes) const;
     /// Calls `visit(class)` for each class that names this one as its base and has resolved it.
@@ -185,6 +179,9 @@ public:
     /// registered for `prefixUri` when that is given. 0 or 1.
     int RegisterField(const String& name, int type, Place place = Place::Back,
                       const String* prefixUri = nullptr);
+    /// The same, for tables of built-in classes, which set up the field they get before anybody
+    /// else sees it. Null when nothing was added.
+    FieldDescriptor* NewField(const String& name, int type);
     /// The same, complete in one step: for classes that other threads see already. `fieldClass` and
     /// `prefix` may be null. Gives the new field, or the one that is there already (of the same
     /// name, for an element field too); null when an inherited field of another kind is in the way.
@@ -233,6 +230,14 @@ private:
         void (*destroy)(void*);
     };
 
+    /// Classes of the main namespace whose members are marked.
+    enum Membership
+    {
+        kIdObject,
+        kDocumentBase,
+        kMemberships
+    };
+
     ClassDescriptorImpl();
     ~ClassDescriptorImpl();
 
@@ -243,13 +248,19 @@ private:
     }
     const Lineage& RefreshLineage() const;
     const ClassLayout& MakeLayout() const;
-    bool FindMembership(std::atomic<signed char>& cache, TextView className) const;
+    bool IsMember(Membership which, TextView className) const
+    {
+        const signed char known = m_membership[which].load(std::memory_order_relaxed);
+        return known >= 0 ? known != 0 : FindMembership(which, className);
+    }
+    bool FindMembership(Membership which, TextView className) const;
     ClassDescriptorImpl* FindNamed(const String& name) const;
     ClassDescriptorImpl* ResolveBase() const;
     void ResolveChain() const;
     void LinkBase(ClassDescriptorImpl* base) const;
     void UnlinkBase() const;
     void Invalidate(bool baseChanged) const;
+    void InvalidateThis(bool baseChanged) const;
     FieldDescriptor* FindInChain(const FieldQuery& query, bool climb, bool exactOnly) const;
     bool LayoutPays() const;
 
@@ -257,7 +268,9 @@ private:
     FieldScope Scope() const { return {Fields(), m_index.load(std::memory_order_acquire)}; }
     FieldDescriptor* FindDuplicate(const FieldDescriptor& candidate, bool idObject) const;
     FieldDescriptor* FindSameElement(const FieldDescriptor& candidate) const;
-    int RegisterAgain(FieldDescriptor& present, const FieldDescriptor& candidate);
+    FieldDescriptor* RegisterOrFind(std::unique_ptr<FieldDescriptor> field, Place place,
+                                    bool& accepted);
+    bool RegisterAgain(FieldDescriptor& present, const FieldDescriptor& candidate);
     void InsertField(FieldDescriptor* field, Place place);
     void PublishFields(FieldSpan fields, bool appended);
     void IndexFields();
@@ -305,8 +318,7 @@ private:
     mutable std::atomic<Lineage*> m_lineage{nullptr};             // owned
     mutable std::atomic<short> m_equivalenceValue{class_value::kUnset};
     mutable std::atomic<std::uint32_t> m_equivalenceUnresolvedIn{0};  // names generation
-    mutable std::atomic<signed char> m_isIdObject{-1};
-    mutable std::atomic<signed char> m_isDocumentBase{-1};
+    mutable std::atomic<signed char> m_membership[kMemberships] = {-1, -1};  // -1: not known
     mutable ClassDescriptorImpl* m_firstDerived = nullptr;
     mutable ClassDescriptorImpl* m_lastDerived = nullptr;
     mutable ClassDescriptorImpl* m_nextSibling = nullptr;

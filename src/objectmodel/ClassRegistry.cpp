@@ -653,14 +653,14 @@ ClassDescriptor* ClassRegistry::FindInAnyNamespace(TextView localName)
     {
         return found;
     }
-    // Classes of registered namespaces come before others, the namespace that stands last first;
-    // the very first isn't among them. Without one, the class of that name that was made last.
+    // Classes of registered namespaces come before others, those of the namespace registered last
+    // first. Without one, the class of that name that was made last.
     const MutexLock namespacesLock(kMutexNamespaces);
     const MutexLock runtimeLock(kMutexRuntimeClasses);
     const std::lock_guard lock(WriteLock());
-    const Namespace* const firstSpace = Namespace::First();
     const ClassDescriptorImpl* spaced = nullptr;
     const ClassDescriptorImpl* last = nullptr;
+    unsigned int serial = 0;
     const ClassNameQuery query(localName);
     const State& state = TheState();
     for (const State::Tables* tables : {&state.builtIn, &state.runtime})
@@ -669,15 +669,12 @@ ClassDescriptor* ClassRegistry::FindInAnyNamespace(TextView localName)
             query,
             [&](const ClassDescriptorImpl& impl)
             {
-                const TextView uri = View(impl.NamespaceUri());
-                const bool underName = View(impl.OutputName()) == localName;
-                const bool registered = !uri.empty() && firstSpace != nullptr &&
-                                        View(firstSpace->Uri()) != uri &&
-                                        Namespace::FindByUri(uri) != nullptr;
-                if (underName && registered &&
-                    (spaced == nullptr || View(spaced->NamespaceUri()) < uri))
+                const Namespace* space = Namespace::FindByUri(View(impl.NamespaceUri()));
+                if (space != nullptr && View(impl.OutputName()) == localName &&
+                    (spaced == nullptr || space->Serial() > serial))
                 {
                     spaced = &impl;
+                    serial = space->Serial();
                 }
                 if (View(impl.Name()) == localName)
                 {

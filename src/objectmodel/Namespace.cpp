@@ -20,7 +20,7 @@ public:
     static Records* s_records;  // null while there are none
     static Namespace* s_first;  // of the chain
     static Namespace* s_last;
-    static bool s_main;         // RegisterMain holds its use
+    static bool s_main;  // RegisterMain holds its use
     static bool s_legacy;
 
     static Records::iterator LowerBound(TextView uri)
@@ -54,6 +54,7 @@ public:
         }
         auto* made = new Namespace(uri, prefix, isDefault, isCurrent, target);
         s_records->insert(LowerBound(uri), made);
+        made->m_serial = s_last != nullptr ? s_last->m_serial + 1 : 0;
         made->m_previous = s_last;
         (s_last != nullptr ? s_last->m_next : s_first) = made;
         s_last = made;

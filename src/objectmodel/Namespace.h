@@ -23,6 +23,8 @@ public:
     bool IsLegacy() const { return m_target != nullptr; }
     bool IsDefault() const { return m_isDefault; }
     bool IsCurrent() const { return m_isCurrent; }
+    /// Grows from each record to the next.
+    unsigned int Serial() const { return m_serial; }
     /// Next in the order of registration, null at the end. Under mutex 6.
     const Namespace* Next() const;
 
@@ -67,6 +69,7 @@ private:
     bool m_isDefault;
     bool m_isCurrent;
     int m_useCount = 1;
+    unsigned int m_serial = 0;
     Namespace* m_next = nullptr;
     Namespace* m_previous = nullptr;
 };

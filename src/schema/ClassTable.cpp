@@ -16,34 +16,32 @@ String Borrow(const char16_t* literal)
     return String(literal, -1);
 }
 
-void RegisterField(ClassDescriptor& descriptor, const FieldRow& row)
+void RegisterField(ClassDescriptorImpl& impl, const FieldRow& row)
 {
-    const String name = Borrow(row.name);
-    descriptor.RegisterField(name, row.enumType != nullptr ? *row.enumType : row.type);
+    FieldDescriptor* const field =
+        impl.NewField(Borrow(row.name), row.enumType != nullptr ? *row.enumType : row.type);
+    if (field == nullptr)
+    {
+        return;  // a base class has it already
+    }
     if (row.className != nullptr)
     {
-        descriptor.SetFieldClass(name, Borrow(row.className), 0);
+        field->SetClass(Borrow(row.className), false, true);
     }
     if (row.enumValues != nullptr)
     {
-        descriptor.SetFieldAllowedValues(name, const_cast<const char**>(row.enumValues()));
+        field->AddAllowedValues(row.enumValues(), true);
     }
     if (row.defaultText != nullptr)
     {
-        descriptor.SetFieldDefault(name, Borrow(row.defaultText));
+        field->SetDefault(Borrow(row.defaultText), true);
     }
-    if ((row.flags & FieldRow::kRequired) != 0)
-    {
-        descriptor.SetFieldRequired(name, 1);
-    }
+    field->SetRequired((row.flags & FieldRow::kRequired) != 0);
     if (row.length != FieldRow::kNoLength)
     {
-        descriptor.SetFieldLength(name, row.length);
+        field->SetLength(row.length);
     }
-    if ((row.flags & FieldRow::kDeprecated) != 0)
-    {
-        descriptor.SetFieldDeprecated(name, 1);
-    }
+    field->SetDeprecated((row.flags & FieldRow::kDeprecated) != 0);
 }
 
 void SetProperties(ClassDescriptor& descriptor, const ClassRow& row)
@@ -88,7 +86,7 @@ int InitialiseFromRow(void* record, const ClassRow& row)
     descriptor.SetIsAbstract(row.abstract ? 1 : 0);
     for (int i = 0; i < row.fieldCount; ++i)
     {
-        RegisterField(descriptor, row.fields[i]);
+        RegisterField(impl, row.fields[i]);
     }
     SetProperties(descriptor, row);
     impl.SetBorrowsTexts(false);

@@ -116,14 +116,16 @@ TEST_F(ClassRegistryTest, EveryClassIsFoundByNameAndValueAndEndsAtTheRootClass)
 
 TEST_F(ClassRegistryTest, AnyNamespaceMeansTheMainOneThenTheLastRegistered)
 {
-    ClassRegistry::Register(MakeClass(u"Occurrence", u"1 t.xsd", u"Object", u"urn:zz"));
-    ClassDescriptor* a =
-        ClassRegistry::Register(MakeClass(u"Odd", u"1 t.xsd", u"Object", u"urn:b"));
-    ClassRegistry::Register(MakeClass(u"Odd", u"1 t.xsd", u"Object", u"urn:a"));
+    const auto make = [](const char16_t* name, const char16_t* space)
+    { return ClassRegistry::Register(MakeClass(name, u"1 t.xsd", u"Object", space)); };
+    make(u"Occurrence", u"urn:a");
+    make(u"Other", u"urn:c");
+    ClassDescriptor* odd = make(u"Odd", u"urn:b");
+    make(u"Odd", u"urn:c");
     EXPECT_EQ(ClassDescriptor::FindByName(u"Occurrence"),
               ClassRegistry::FindInAnyNamespace(u"Occurrence"));
-    EXPECT_EQ(a, ClassRegistry::FindInAnyNamespace(u"Odd"));
-    EXPECT_EQ(a, ClassRegistry::FindForField(u"Odd", true));
+    EXPECT_EQ(odd, ClassRegistry::FindInAnyNamespace(u"Odd"));
+    EXPECT_EQ(odd, ClassRegistry::FindForField(u"Odd", true));
     EXPECT_EQ(nullptr, ClassRegistry::FindForField(u"Odd", false));
 }
 
