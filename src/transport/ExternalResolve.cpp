@@ -337,6 +337,19 @@ bool ShareTargets(Follow& follow, const Pointer& pointer)
     return shared.GetSize() > 0;
 }
 
+/// A document that was loaded for nobody and in which nothing was found: no one would delete it.
+void DestroyUnwanted(Follow& follow, AdapterRef& chain, Array<Handle>& handles)
+{
+    if (follow.owner == nullptr && !follow.reference.HasTarget() && handles.GetSize() > 0)
+    {
+        PluginProcessData data;
+        data.m_operation = ZORVEX_OP_ADAPTER_DESTROY;
+        data.Set(kOptionsSlot, follow.options);
+        data.Set(kHandlesSlot, &handles);
+        ProcessLocked(chain.GetAdapter(), data);
+    }
+}
+
 /// The document itself: found among those loaded, or loaded now.
 void FollowChain(Follow& follow, AdapterRef& chain, const Pointer& pointer, const String& locator)
 {
@@ -346,12 +359,13 @@ void FollowChain(Follow& follow, AdapterRef& chain, const Pointer& pointer, cons
     }
     Array<Handle> handles;
     Result loaded;
-    if (follow.resolver->FindObjects(pointer, handles) == 0 || handles.GetSize() == 0)
+    const bool known = follow.resolver->FindObjects(pointer, handles) != 0 && handles.GetSize() > 0;
+    if (!known && !follow.loadAllowed)
     {
-        if (!follow.loadAllowed)
-        {
-            return;
-        }
+        return;
+    }
+    if (!known)
+    {
         LoadDocumentOf(follow, chain, pointer, handles, loaded);
     }
     follow.result.Merge(loaded);
@@ -363,6 +377,10 @@ void FollowChain(Follow& follow, AdapterRef& chain, const Pointer& pointer, cons
     if (handles.GetSize() > 0)
     {
         TakeTargets(follow, chain, handles, locator);
+    }
+    if (!known)
+    {
+        DestroyUnwanted(follow, chain, handles);
     }
 }
 
