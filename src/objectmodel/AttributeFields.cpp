@@ -36,6 +36,21 @@ bool NamesId(TextView name)
     return qualified.isQualified && (qualified.name == u"id" || qualified.name == u"Id");
 }
 
+/// The set field of exactly that name: few fields are set, so that looking at them costs less than
+/// the class's index.
+FieldData* FindExactSetField(const ClassData& owner, TextView name, int mask)
+{
+    for (FieldData* data = owner.fields; data != nullptr; data = data->next)
+    {
+        const FieldDescriptor& field = *data->descriptor;
+        if (field.NameView() == name && (field.Kind() & mask) != 0)
+        {
+            return data;
+        }
+    }
+    return nullptr;
+}
+
 /// The near match among the set fields. A name with a reference ending takes the first hit; another
 /// takes the second only when the first is a reference and that one isn't.
 FieldData* FindSetField(const ClassData& owner, TextView name, int mask)
@@ -96,6 +111,11 @@ FieldDescriptor* FindField(ClassData& owner, TextView name, int mask, FieldData*
     if (descriptor == nullptr || name.empty())
     {
         return nullptr;
+    }
+    data = FindExactSetField(owner, name, mask);
+    if (data != nullptr)
+    {
+        return AsAttribute(data->descriptor, name);
     }
     FieldDescriptor* field = descriptor->Layout().FindField(name, mask);
     if (field != nullptr && field->NameView() == name)

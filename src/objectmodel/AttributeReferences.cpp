@@ -41,15 +41,24 @@ void AddUri(ClassData& owner, const ExternalRep& uri, Array<Reference>& out)
                                    : Reference(ToString(text), handles));
 }
 
-void Follow(ClassData& owner, ExternalRep& uri, FieldDescriptor& field, Configuration* options,
-            Result& result)
+void Resolve(ClassData& owner, ExternalRep& uri, FieldDescriptor& field, Follow follow,
+             Configuration* options, Result& result)
 {
-    uri.Resolve(owner.object, nullptr, options, nullptr, &field, 1, true, result);
+    if (follow != Follow::Nowhere)
+    {
+        uri.Resolve(owner.object, nullptr, options, nullptr, &field, 1, follow == Follow::Anywhere,
+                    result);
+    }
+}
+
+bool HasEntry(const FieldData& data, int index)
+{
+    return data.IsSet() && index < data.Externals()->GetSize();
 }
 
 }  // namespace
 
-Result GetReferences(ClassData& owner, FieldDescriptor& field, FieldData& data, bool follow,
+Result GetReferences(ClassData& owner, FieldDescriptor& field, FieldData& data, Follow follow,
                      Configuration* options, Array<Reference>& out)
 {
     out.RemoveAll();
@@ -74,27 +83,39 @@ Result GetReferences(ClassData& owner, FieldDescriptor& field, FieldData& data, 
             }
             break;
         case FieldData::Form::External:
-            if (follow)
+            Resolve(owner, *data.External(), field, follow, options, result);
+            if (data.IsSet())
             {
-                Follow(owner, *data.External(), field, options, result);
+                AddUri(owner, *data.External(), out);
             }
-            AddUri(owner, *data.External(), out);
             break;
         case FieldData::Form::Externals:
             // Following one may load documents, whose resolver may change this very list.
-            for (int i = 0; data.IsSet() && i < data.Externals()->GetSize(); ++i)
+            for (int i = 0; HasEntry(data, i); ++i)
             {
-                if (follow)
+                Resolve(owner, *data.Externals()->GetAt(i), field, follow, options, result);
+                if (HasEntry(data, i))
                 {
-                    Follow(owner, *data.Externals()->GetAt(i), field, options, result);
+                    AddUri(owner, *data.Externals()->GetAt(i), out);
                 }
-                AddUri(owner, *data.Externals()->GetAt(i), out);
             }
             break;
         default:
             return attribute_message::UnexpectedType();
     }
     return result;
+}
+
+void DetachTargets(ClassData& owner, TextView name, Array<Handle>& out)
+{
+    FieldData* data = nullptr;
+    FindField(owner, name, data);
+    if (data != nullptr && data->IsSet() &&
+        FieldData::FormOf(*data->descriptor) == FieldData::Form::External)
+    {
+        data->External()->MoveTargets(out);
+        owner.MarkNetwork();
+    }
 }
 
 }  // namespace zorvex_api::attribute_store

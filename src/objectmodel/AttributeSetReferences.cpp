@@ -224,11 +224,45 @@ Result SetIds(ClassData& owner, FieldDescriptor& field, TextView name, const Ref
     return Result();
 }
 
+/// Several targets of an external reference are things of its format, not objects.
+bool HasSeveralObjects(const Array<Handle>& handles)
+{
+    return handles.GetSize() > 1 &&
+           std::any_of(handles.begin(), handles.end(),
+                       [](const Handle& handle) { return handle.IsObject() != 0; });
+}
+
+/// A thing of another format dies with the last reference to it: those that the new references have
+/// too are taken out of the old one first.
+void SpareKept(ExternalRep& old, ExternalRep* const* kept, int count)
+{
+    if ((old.flags & ExternalRep::kHandles) == 0)
+    {
+        return;
+    }
+    const auto isKept = [&](const Handle& handle)
+    {
+        return std::any_of(kept, kept + count,
+                           [&](const ExternalRep* reference)
+                           {
+                               return (reference->flags & ExternalRep::kHandles) != 0 &&
+                                      reference->handles->Lookup(handle) >= 0;
+                           });
+    };
+    for (int i = old.handles->GetSize() - 1; i >= 0; --i)
+    {
+        const Handle& handle = old.handles->GetAt(i);
+        if (handle.IsObject() == 0 && isKept(handle))
+        {
+            old.handles->RemoveAt(i);
+        }
+    }
+}
+
 Result SetSingleUri(ClassData& owner, FieldDescriptor& field, TextView name,
                     const Reference& reference)
 {
-    const bool isExternal = PartOf(field) != Part::Value;
-    if (isExternal && reference.GetHandles().GetSize() > 1)
+    if (PartOf(field) != Part::Value && HasSeveralObjects(reference.GetHandles()))
     {
         return attribute_message::MultipleHandles(name);
     }
@@ -242,6 +276,8 @@ Result SetSingleUri(ClassData& owner, FieldDescriptor& field, TextView name,
     }
     const OwnedRep old(data->External());
     data->SetPointer(made.release());
+    ExternalRep* const kept = data->External();
+    SpareKept(*old, &kept, 1);
     return Result();
 }
 
@@ -273,6 +309,10 @@ Result SetUris(ClassData& owner, FieldDescriptor& field, const Reference* refere
     Array<ExternalRep*> old(list);
     list.SetSizeEx(0, 0);
     AppendTo(list, made);
+    for (ExternalRep* reference : old)
+    {
+        SpareKept(*reference, list.GetData(), list.GetSize());
+    }
     attribute_write::DestroyAll(old);
     return Result();
 }

@@ -87,9 +87,17 @@ void ResetValue(ClassData& owner, const FieldDescriptor& field, FieldData* data)
 // --- references
 // -------------------------------------------------------------------------------------
 
-/// What a reference field holds, in order: text and what is known of the targets. With `follow`
-/// URIs are resolved first, which may load documents. Code 517 for a field of another type.
-Result GetReferences(ClassData& owner, FieldDescriptor& field, FieldData& data, bool follow,
+/// How far reading a reference goes after its target.
+enum class Follow
+{
+    Nowhere,  // what is known already
+    Loaded,   // the same document and documents that are loaded already
+    Anywhere  // documents are loaded
+};
+
+/// What a reference field holds, in order: text and what is known of the targets. Ids are always
+/// looked up. Code 517 for a field of another type.
+Result GetReferences(ClassData& owner, FieldDescriptor& field, FieldData& data, Follow follow,
                      Configuration* options, Array<Reference>& out);
 /// Replaces the value. `name` is quoted in messages.
 Result SetReferences(ClassData& owner, FieldDescriptor& field, TextView name,
@@ -97,6 +105,10 @@ Result SetReferences(ClassData& owner, FieldDescriptor& field, TextView name,
 /// Appends to a list. `skipKnown` leaves out what the list has already.
 Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
                      const Reference& reference, bool skipKnown);
+
+/// Appends the targets of a single URI to `out` and takes them off it: nothing is destroyed, and the
+/// text stays.
+void DetachTargets(ClassData& owner, TextView name, Array<Handle>& out);
 
 /// The text of a URI as it reads now: "#" and the target's current id when the target stands in the
 /// same tree, else the stored text.

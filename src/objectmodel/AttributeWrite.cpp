@@ -11,15 +11,30 @@ namespace zorvex_api::attribute_write
 namespace
 {
 
-/// Whether ".." stands between separators or at an end of the text.
-bool HasParentSegment(TextView text)
+bool IsSeparator(char16_t unit)
 {
-    const auto isSeparator = [](char16_t unit) { return unit == u'/' || unit == u'\\'; };
-    for (size_t at = text.find(u".."); at != TextView::npos; at = text.find(u"..", at + 1))
+    return unit == u'/' || unit == u'\\';
+}
+
+/// Whether ".." at `at` stands between separators or ends of the text.
+bool IsParentSegment(TextView text, size_t at)
+{
+    const bool begins = at == 0 || IsSeparator(text[at - 1]);
+    const bool ends = at + 2 == text.size() || IsSeparator(text[at + 2]);
+    return begins && ends;
+}
+
+/// Whether a text isn't stored as it is: it has an escape or a ".." segment.
+bool NeedsNormalising(TextView text)
+{
+    for (size_t at = 0; at < text.size(); ++at)
     {
-        const bool begins = at == 0 || isSeparator(text[at - 1]);
-        const bool ends = at + 2 == text.size() || isSeparator(text[at + 2]);
-        if (begins && ends)
+        if (text[at] == u'%')
+        {
+            return true;
+        }
+        if (text[at] == u'.' && at + 1 < text.size() && text[at + 1] == u'.' &&
+            IsParentSegment(text, at))
         {
             return true;
         }
@@ -58,7 +73,7 @@ bool IsBelow(ClassData& object, TextView className)
 
 void SetUriText(ClassData& owner, ExternalRep& reference, TextView text)
 {
-    if (text.find(u'%') != TextView::npos || HasParentSegment(text))
+    if (NeedsNormalising(text))
     {
         reference.SetText(owner.object, text, true);
         return;

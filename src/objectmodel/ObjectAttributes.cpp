@@ -282,7 +282,8 @@ Result GetReferenceList(ClassData& owner, TextView name, Array<Reference>& out)
     {
         return attribute_message::NotSetWarning(name);
     }
-    Result result = attribute_store::GetReferences(owner, *field, *data, false, nullptr, out);
+    Result result = attribute_store::GetReferences(owner, *field, *data,
+                                                   attribute_store::Follow::Nowhere, nullptr, out);
     if (result.Ok() && out.GetSize() == 0)
     {
         return attribute_message::NotSetWarning(name);

@@ -33,7 +33,8 @@ Result Object::ResolveAttributeValue(const String& name, Array<Reference>& value
     {
         active.emplace(configuration);
     }
-    return attribute_store::GetReferences(*pin, *field, *data, true, configuration, values);
+    return attribute_store::GetReferences(*pin, *field, *data, attribute_store::Follow::Anywhere,
+                                          configuration, values);
 }
 
 Result Object::ResolveAttributeValue(const String& name, Reference& value,

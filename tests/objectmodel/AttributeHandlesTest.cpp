@@ -1,0 +1,99 @@
+#include "objectmodel/AttributeStore.h"
+#include "objectmodel/TestObjects.h"
+#include "transport/ToyAdapter.h"
+
+using namespace zorvex_api;
+using namespace zorvex_test;
+using testing::ElementsAre;
+
+namespace
+{
+
+/// References to things that only the adapter of their format understands.
+class AttributeHandlesTest : public ToyTest
+{
+protected:
+    void SetUp() override
+    {
+        ToyTest::SetUp();
+        m_representation = Make(u"Representation");
+        ToyAdapter::s_behaviour = [this](ToyAdapter&, PluginProcessData& data)
+        {
+            void* handles = nullptr;
+            void* located = nullptr;
+            data.Get(internal::kHandlesSlot, handles);
+            data.Get(internal::kLocatedSlot, located);
+            auto& things = *static_cast<Array<Handle>*>(handles);
+            if (data.m_operation == ZORVEX_OP_ADAPTER_LOCATE)
+            {
+                *static_cast<Array<Handle>*>(located) = things;
+                return true;
+            }
+            if (data.m_operation == ZORVEX_OP_ADAPTER_DESTROY)
+            {
+                for (const Handle& handle : things)
+                {
+                    m_destroyed.push_back(handle.GetData());
+                }
+                return true;
+            }
+            return false;
+        };
+    }
+    void TearDown() override
+    {
+        m_representation.reset();
+        ToyTest::TearDown();
+    }
+    Result Set(const std::vector<int*>& things)
+    {
+        Array<Handle> handles;
+        for (int* thing : things)
+        {
+            handles.Add(Handle(thing, u"TOY"));
+        }
+        return m_representation->SetAttributeValue(u"location", Reference(u"plate.toy", handles));
+    }
+
+    std::unique_ptr<Object> m_representation;
+    std::vector<void*> m_destroyed;
+    int m_things[3] = {};
+};
+
+TEST_F(AttributeHandlesTest, AThingDiesWithTheLastReferenceAndNotBefore)
+{
+    ASSERT_TRUE(Set({&m_things[0], &m_things[1]}).Ok());
+    Reference read;
+    ASSERT_TRUE(m_representation->GetAttributeValue(u"location", read).Ok());
+    EXPECT_EQ(2, read.GetHandles().GetSize());
+    EXPECT_EQ("plate.toy", Utf8(read.GetString()));
+
+    ASSERT_TRUE(Set({&m_things[1], &m_things[2]}).Ok());
+    EXPECT_THAT(m_destroyed, ElementsAre(&m_things[0]));
+    m_representation->DeleteAttribute(u"location");
+    EXPECT_THAT(m_destroyed, ElementsAre(&m_things[0], &m_things[1], &m_things[2]));
+}
+
+TEST_F(AttributeHandlesTest, DetachedThingsStayAlive)
+{
+    ASSERT_TRUE(Set({&m_things[0], &m_things[1]}).Ok());
+    Array<Handle> detached;
+    attribute_store::DetachTargets(*ClassData::Of(m_representation.get()), u"location", detached);
+    EXPECT_EQ(2, detached.GetSize());
+    EXPECT_EQ("plate.toy", Text(*m_representation, u"location"));
+    m_representation->DeleteAttribute(u"location");
+    EXPECT_TRUE(m_destroyed.empty());
+}
+
+TEST_F(AttributeHandlesTest, SeveralObjectsAreTooManyForAnExternalReference)
+{
+    const auto graph = Make(u"InstanceGraph");
+    Array<Handle> handles;
+    handles.Add(Handle(AddChild(*graph, u"Instance")));
+    handles.Add(Handle(AddChild(*graph, u"Instance")));
+    EXPECT_THAT(Messages(m_representation->SetAttributeValue(u"location", Reference(handles))),
+                ElementsAre("ERROR 2: Unable to set attribute, multiple handles in "
+                            "ExternalReference: \"location\"."));
+}
+
+}  // namespace
