@@ -29,16 +29,25 @@ Object* ToObject(T* object)
     return static_cast<Object*>(static_cast<void*>(object));
 }
 
-// --- making
-// ----------------------------------------------------------------------------------------
+/// Replaces what `to` holds by the same objects, as the class of their field.
+template <class T>
+void AssignAs(const Array<Object*>& from, Array<T*>& to)
+{
+    to.RemoveAll();
+    for (Object* object : from)
+    {
+        to.Add(As<T>(object));
+    }
+}
+
+// --- making ------------------------------------------------------------------------------------
 
 /// Attaches a new object to its owner. Nothing happens for null.
 ZORVEX_API Result Attach(Object& object, Object* owner);
 /// Raises code 2 with the message of `result`.
 [[noreturn]] ZORVEX_API void RaiseNotAttached(const Result& result);
 
-// --- values
-// ----------------------------------------------------------------------------------------
+// --- values ------------------------------------------------------------------------------------
 
 /// 0, 0.0 or the empty text when there is no value.
 ZORVEX_API int GetInt(const Object& object, const char16_t* field);
@@ -74,16 +83,14 @@ ZORVEX_API Result SetContent(Object& object, const char16_t* field, const Transf
 ZORVEX_API int Has(const Object& object, const char16_t* field);
 ZORVEX_API Result Unset(Object& object, const char16_t* field);
 
-// --- one URI
-// ---------------------------------------------------------------------------------------
+// --- one URI -----------------------------------------------------------------------------------
 
 ZORVEX_API Result GetURI(const Object& object, const char16_t* field, Handle& handle);
 ZORVEX_API Result SetURI(Object& object, const char16_t* field, const Handle& handle);
 ZORVEX_API Result ResolveURI(Object& object, const char16_t* field, Handle& handle,
                              Configuration* configuration);
 
-// --- lists of URIs; an index out of range is code 16
-// ------------------------------------------------
+// --- lists of URIs; an index out of range is code 16 -------------------------------------------
 
 ZORVEX_API Result AddURI(Object& object, const char16_t* field, const String& text);
 ZORVEX_API Result AddURI(Object& object, const char16_t* field, const Handle& handle);
@@ -97,8 +104,7 @@ ZORVEX_API Result DeleteURI(Object& object, const char16_t* field, int index);
 ZORVEX_API Result ResolveURI(Object& object, const char16_t* field, int index, Handle& handle,
                              Configuration* configuration);
 
-// --- one reference
-// ---------------------------------------------------------------------------------
+// --- one reference -----------------------------------------------------------------------------
 
 ZORVEX_API String GetId(const Object& object, const char16_t* field);
 ZORVEX_API int SetId(Object& object, const char16_t* field, const String& id);
@@ -106,8 +112,7 @@ ZORVEX_API int SetId(Object& object, const char16_t* field, const String& id);
 ZORVEX_API int SetRef(Object& object, const char16_t* field, Object* target);
 ZORVEX_API Object* ResolveRef(Object& object, const char16_t* field, Configuration* configuration);
 
-// --- lists of references
-// ---------------------------------------------------------------------------
+// --- lists of references -----------------------------------------------------------------------
 
 ZORVEX_API int AddId(Object& object, const char16_t* field, const String& id);
 ZORVEX_API int AddRef(Object& object, const char16_t* field, Object* target);
@@ -141,8 +146,7 @@ void ResolveRefs(Object& object, const char16_t* field, Array<T*>& targets,
     }
 }
 
-// --- elements
-// --------------------------------------------------------------------------------------
+// --- elements ----------------------------------------------------------------------------------
 
 /// Null when there is none.
 ZORVEX_API Object* GetElement(const Object& object, const char16_t* field);
@@ -161,11 +165,7 @@ void GetElements(const Object& object, const char16_t* field, Array<T*>& element
 {
     Array<Object*> objects;
     GetElements(object, field, objects);
-    elements.RemoveAll();
-    for (Object* element : objects)
-    {
-        elements.Add(As<T>(element));
-    }
+    AssignAs(objects, elements);
 }
 /// Raises code 16 for an index out of range.
 ZORVEX_API void DeleteElement(Object& object, const char16_t* field, int index);

@@ -118,8 +118,7 @@ Result ReadNumbers(const Object& object, const char16_t* field, int count, Array
 
 }  // namespace
 
-// --- making
-// ----------------------------------------------------------------------------------------
+// --- making ------------------------------------------------------------------------------------
 
 Result Attach(Object& object, Object* owner)
 {
@@ -131,8 +130,7 @@ void RaiseNotAttached(const Result& result)
     throw Exception(kBadArgument, result.GetMessage());
 }
 
-// --- values
-// ----------------------------------------------------------------------------------------
+// --- values ------------------------------------------------------------------------------------
 
 int GetInt(const Object& object, const char16_t* field)
 {
@@ -286,8 +284,7 @@ Result Unset(Object& object, const char16_t* field)
     return object.DeleteAttribute(Borrow(field));
 }
 
-// --- one URI
-// ---------------------------------------------------------------------------------------
+// --- one URI -----------------------------------------------------------------------------------
 
 Result GetURI(const Object& object, const char16_t* field, Handle& handle)
 {
@@ -311,8 +308,7 @@ Result ResolveURI(Object& object, const char16_t* field, Handle& handle,
     return result;
 }
 
-// --- lists of URIs
-// ---------------------------------------------------------------------------------
+// --- lists of URIs -----------------------------------------------------------------------------
 
 Result AddURI(Object& object, const char16_t* field, const String& text)
 {
@@ -392,8 +388,7 @@ Result ResolveURI(Object& object, const char16_t* field, int index, Handle& hand
     return result;
 }
 
-// --- one reference
-// ---------------------------------------------------------------------------------
+// --- one reference -----------------------------------------------------------------------------
 
 String GetId(const Object& object, const char16_t* field)
 {
@@ -422,8 +417,7 @@ Object* ResolveRef(Object& object, const char16_t* field, Configuration* configu
     return ResolveRef(object, field, 0, configuration);
 }
 
-// --- lists of references
-// ---------------------------------------------------------------------------
+// --- lists of references -----------------------------------------------------------------------
 
 int AddId(Object& object, const char16_t* field, const String& id)
 {
@@ -528,8 +522,7 @@ void ResolveRefs(Object& object, const char16_t* field, Array<Object*>& targets,
     }
 }
 
-// --- elements
-// --------------------------------------------------------------------------------------
+// --- elements ----------------------------------------------------------------------------------
 
 Object* GetElement(const Object& object, const char16_t* field)
 {

@@ -34,7 +34,7 @@ void WriteHeaders(const Vocabulary& vocabulary, const Settings& settings, Output
     }
     for (const Class& item : vocabulary.classes)
     {
-        const Members members = item.hasMembers ? ReadMembers(settings.members, item) : Members();
+        const Members members = ReadMembers(settings.members, item);
         out.Write(item.CodeName() + "/" + item.name + ".h",
                   ClassHeader(item, members, objectNames));
     }

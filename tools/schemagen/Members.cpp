@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
+#include <istream>
 #include <stdexcept>
 
 #include "VocabularyError.h"
@@ -10,15 +11,12 @@
 namespace schemagen
 {
 
-Members ReadMembers(const std::filesystem::path& folder, const Class& owner)
+namespace
 {
-    std::ifstream stream(folder / (owner.name + ".inc"));
-    if (!stream)
-    {
-        throw VocabularyError(owner.place,
-                              "the members of class \"" + owner.name + "\" can't be read");
-    }
-    Members members;
+
+void AddMembers(std::istream& stream, Members& members)
+{
+    std::string declarations;
     std::string line;
     while (std::getline(stream, line))
     {
@@ -30,10 +28,27 @@ Members ReadMembers(const std::filesystem::path& folder, const Class& owner)
         {
             members.declared.insert(line.substr(6, line.size() - 7));
         }
-        else if (!line.empty() || !members.declarations.empty())
+        else if (!line.empty() || !declarations.empty())
         {
-            members.declarations += (line.empty() ? "" : "    ") + line + "\n";
+            declarations += (line.empty() ? "" : "    ") + line + "\n";
         }
+    }
+    members.declarations += (members.declarations.empty() ? "" : "\n") + declarations;
+}
+
+}  // namespace
+
+Members ReadMembers(const std::filesystem::path& folder, const Class& owner)
+{
+    Members members;
+    for (const std::string& name : owner.members)
+    {
+        std::ifstream stream(folder / (name + ".inc"));
+        if (!stream)
+        {
+            throw VocabularyError(owner.place, "the members \"" + name + "\" can't be read");
+        }
+        AddMembers(stream, members);
     }
     return members;
 }

@@ -18,7 +18,8 @@ struct Members
     std::string declarations;
 };
 
-/// Reads `folder`/<class>.inc. Raises VocabularyError when it can't be read.
+/// Reads the files `folder`/<member>.inc that a class names. Raises VocabularyError when one can't
+/// be read.
 Members ReadMembers(const std::filesystem::path& folder, const Class& owner);
 
 /// The names of the operations that a class declared in `header` has: identifiers before "(".

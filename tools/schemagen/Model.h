@@ -100,7 +100,7 @@ struct Class
     std::string baseName;                       // as written
     std::optional<std::string> equivalentName;  // as written; absent: the base
     bool abstract = false;
-    bool hasMembers = false;                      // members/<name>.inc and .cpp
+    std::vector<std::string> members;             // of members/<member>.inc
     std::vector<std::string> replaced;            // accessors that the members replace
     std::string legacyName;                       // older name whose class number is kept in step
     std::vector<std::string> optionalAttributes;  // inherited ones that this class makes optional

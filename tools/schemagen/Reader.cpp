@@ -245,11 +245,15 @@ private:
     {
         if (line.Skip("@members"))
         {
-            m_class->hasMembers = true;
-            while (!line.AtEnd())
+            do
             {
-                m_class->replaced.push_back(Identifier(line, "accessor"));
-            }
+                m_class->members.push_back(line.AtEnd() ? m_class->name
+                                                        : Identifier(line, "name of members"));
+            } while (!line.AtEnd());
+        }
+        else if (line.Skip("@replaces"))
+        {
+            m_class->replaced.push_back(Identifier(line, "accessor"));
         }
         else if (line.Skip("@legacy"))
         {

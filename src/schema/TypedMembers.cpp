@@ -1,9 +1,10 @@
-#include "schema/members/ExternalRefMembers.h"
+#include "zorvex_api/TypedMembers.h"
 
+#include "zorvex60/ProductRevisionView.h"
+#include "zorvex_api/Exception.h"
 #include "zorvex_api/Reference.h"
-#include "zorvex_api/TypedAccess.h"
 
-namespace zorvex_api::internal
+namespace zorvex_api::typed
 {
 
 namespace
@@ -11,6 +12,7 @@ namespace
 
 constexpr char16_t kLocation[] = u"location";
 constexpr char16_t kFormat[] = u"format";
+constexpr char16_t kViews[] = u"StructureRevisionView";
 
 String Location()
 {
@@ -26,6 +28,13 @@ Array<Handle> ReadHandles(const Object& object, String& text)
 }
 
 }  // namespace
+
+// --- external references -----------------------------------------------------------------------
+
+Result SetExternalRef(Object& object, const Array<Handle>& targets)
+{
+    return object.SetAttributeValue(Location(), Reference(targets));
+}
 
 Result GetExternalRef(const Object& object, Array<Handle>& targets)
 {
@@ -47,7 +56,7 @@ void AddExternalHandle(Object& object, void* data)
 {
     String text;
     Array<Handle> handles = ReadHandles(object, text);
-    handles.Add(Handle(data, typed::GetString(object, kFormat)));
+    handles.Add(Handle(data, GetString(object, kFormat)));
     object.SetAttributeValue(Location(), Reference(text, handles));
 }
 
@@ -55,7 +64,7 @@ void SetExternalHandles(Object& object, int count, void** data)
 {
     String text;
     ReadHandles(object, text);
-    const String format = typed::GetString(object, kFormat);
+    const String format = GetString(object, kFormat);
     Array<Handle> handles;
     for (int i = 0; i < count; ++i)
     {
@@ -87,4 +96,65 @@ void DetachExternalHandles(Object& object, Array<Handle>& handles)
     object.SetAttributeValue(Location(), Reference(text));
 }
 
-}  // namespace zorvex_api::internal
+// --- parts -------------------------------------------------------------------------------------
+
+Object* AddPart(Object& object)
+{
+    return AddElement(object, u"ProductRevisionView", kViews);
+}
+
+Result AddPart(Object& object, Object* element)
+{
+    return AttachElement(object, element, kViews);
+}
+
+Object* GetPart(const Object& object, int index)
+{
+    Array<Object*> parts;
+    GetParts(object, parts);
+    return index >= 0 && index < parts.GetSize() ? parts[index] : nullptr;
+}
+
+void GetParts(const Object& object, Array<Object*>& elements)
+{
+    Array<Object*> views;
+    GetElements(object, kViews, views);
+    elements.RemoveAll();
+    for (Object* view : views)
+    {
+        if (view->Is(zorvex60::zorvexClassProductRevisionView))
+        {
+            elements.Add(view);
+        }
+    }
+}
+
+int CountParts(const Object& object)
+{
+    Array<Object*> parts;
+    GetParts(object, parts);
+    return parts.GetSize();
+}
+
+void DeletePart(Object& object, int index)
+{
+    Object* part = GetPart(object, index);
+    if (part == nullptr)
+    {
+        throw Exception(16);
+    }
+    object.DeleteElement(part);
+}
+
+void DeleteParts(Object& object)
+{
+    while (Object* part = GetPart(object, 0))
+    {
+        if (!object.DeleteElement(part).Ok())
+        {
+            return;
+        }
+    }
+}
+
+}  // namespace zorvex_api::typed
