@@ -38,7 +38,7 @@ struct Value
     std::string text;
 };
 
-/// The attributes and the content that have a value, in the order of a document.
+/// The attributes and the content that have a value, in the order of a document; the id apart.
 std::vector<Value> Values(const Object& object)
 {
     std::vector<Value> values;
@@ -48,7 +48,9 @@ std::vector<Value> Values(const Object& object)
         int hasValue = 0;
         object.HasAttributeValue(field.GetName(), hasValue);
         String text;
-        if (hasValue && object.GetAttributeValue(field.GetName(), text).Ok() && !text.IsEmpty())
+        const bool isId = field.GetName() == u"id";
+        if (hasValue && !isId && object.GetAttributeValue(field.GetName(), text).Ok() &&
+            !text.IsEmpty())
         {
             values.push_back({ToUtf8(field.GetName()), ToUtf8(text)});
         }
@@ -63,11 +65,28 @@ std::vector<Object*> Children(const Object& object)
     return std::vector<Object*>(array.GetData(), array.GetData() + array.GetSize());
 }
 
+Json ToJson(const std::vector<Value>& values)
+{
+    Json json = Json::object();
+    for (const Value& value : values)
+    {
+        json[value.name] = value.text;
+    }
+    return json;
+}
+
+/// An object as a child: with its values when it has no id by which they could be asked for.
 Json Summary(Object& object)
 {
-    return Json{{"element", ToUtf8(object.GetElementName())},
-                {"class", ToUtf8(object.GetClassName())},
-                {"id", ToUtf8(object.GetId())}};
+    const std::string id = ToUtf8(object.GetId());
+    Json json = {{"element", ToUtf8(object.GetElementName())},
+                 {"class", ToUtf8(object.GetClassName())},
+                 {"id", id}};
+    if (id.empty())
+    {
+        json["attributes"] = ToJson(Values(object));
+    }
+    return json;
 }
 
 std::string Line(Object& object)
@@ -80,17 +99,27 @@ std::string Line(Object& object)
     return OneLine(line);
 }
 
+/// The same for a child, with its values as Summary tells.
+std::string ChildLine(Object& object)
+{
+    std::string line = Line(object);
+    if (object.GetId().IsEmpty())
+    {
+        for (const Value& value : Values(object))
+        {
+            line += " " + value.name + "=\"" + OneLine(value.text) + "\"";
+        }
+    }
+    return line;
+}
+
 void PrintObject(Object& object, bool asJson)
 {
     const std::vector<Value> values = Values(object);
     if (asJson)
     {
         Json json = Summary(object);
-        json["attributes"] = Json::object();
-        for (const Value& value : values)
-        {
-            json["attributes"][value.name] = value.text;
-        }
+        json["attributes"] = ToJson(values);
         json["elements"] = Json::array();
         for (Object* child : Children(object))
         {
@@ -106,7 +135,7 @@ void PrintObject(Object& object, bool asJson)
     }
     for (Object* child : Children(object))
     {
-        std::cout << "  <" << Line(*child) << ">\n";
+        std::cout << "  <" << ChildLine(*child) << ">\n";
     }
 }
 
@@ -123,7 +152,7 @@ Result PrintElements(const Object& object, const FieldInfo& field, bool asJson)
         }
         else
         {
-            std::cout << Line(*children[i]) << '\n';
+            std::cout << ChildLine(*children[i]) << '\n';
         }
     }
     if (asJson)
