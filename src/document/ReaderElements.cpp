@@ -546,7 +546,7 @@ void ParserImpl::StartOpen(const ElementNamespace& ns, const Parser::UCharList& 
 void ParserImpl::StartUnfielded(ClassDescriptor* found, const ElementNamespace& ns,
                                 const Parser::UCharList& names, const Parser::UCharList& values)
 {
-    const FieldSpan fields =
+    const FieldRange fields =
         ClassDescriptorImpl::Of(Current()->GetClassDescriptor())->Layout().ElementFields();
     FieldDescriptor* chosen = nullptr;
     for (FieldDescriptor* field : fields)

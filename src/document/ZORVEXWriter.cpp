@@ -149,7 +149,7 @@ bool ZORVEXWriter::WriteNextContent()
         m_frames.back().headerDone = true;
         m_frames.back().child = -1;
     }
-    const zorvex_api::FieldSpan fields = m_frames.back().layout->BaseFirst();
+    const zorvex_api::FieldRange fields = m_frames.back().layout->BaseFirst();
     while (m_frames[depth - 1].field < fields.size())
     {
         Frame& frame = m_frames[depth - 1];

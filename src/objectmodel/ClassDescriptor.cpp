@@ -23,7 +23,8 @@ public:
         m_out.Add(FieldInfo(FieldDescriptor::BuiltIn(FieldDescriptor::kId)));
     }
 
-    void AddAll(FieldSpan fields)
+    template <class Fields>
+    void AddAll(const Fields& fields)
     {
         for (FieldDescriptor* field : fields)
         {
@@ -413,7 +414,14 @@ Result ClassDescriptor::GetFields(Array<FieldInfo>& out, unsigned int flags, int
     {
         collector.AddId();
     }
-    collector.AddAll(inherited != 0 ? m_impl->Layout().DerivedFirst() : m_impl->Fields());
+    if (inherited != 0)
+    {
+        collector.AddAll(m_impl->Layout().DerivedFirst());
+    }
+    else
+    {
+        collector.AddAll(m_impl->Fields());
+    }
     return Result();
 }
 

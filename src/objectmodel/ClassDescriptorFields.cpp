@@ -78,13 +78,6 @@ FieldDescriptor* FindRegistered(const FieldScope& scope, TextView name, int mask
 
 // --- reading ------------------------------------------------------------------------------------
 
-FieldSpan ClassDescriptorImpl::Fields() const
-{
-    const FieldList* list = m_fields.load(std::memory_order_acquire);
-    return list != nullptr ? FieldSpan(list->items, list->count.load(std::memory_order_acquire))
-                           : FieldSpan();
-}
-
 const ClassLayout& ClassDescriptorImpl::MakeLayout() const
 {
     ResolveChain();
@@ -107,84 +100,17 @@ const ClassLayout& ClassDescriptorImpl::MakeLayout() const
     return *fresh;
 }
 
-/// A layout costs one step for each field. A class whose fields keep changing is searched without
-/// one, until there have been enough searches since the last change to pay for it.
-bool ClassDescriptorImpl::LayoutPays() const
-{
-    const ClassLayout* layout = m_layout.load(std::memory_order_acquire);
-    if (layout == nullptr || layout->Generation() == Generation())
-    {
-        return true;
-    }
-    constexpr std::uint32_t kWorth = 64;
-    return m_searchesSinceChange.fetch_add(1, std::memory_order_relaxed) >=
-           kWorth + layout->DerivedFirst().size();
-}
-
 FieldDescriptor* ClassDescriptorImpl::FindField(TextView name, int mask, bool climb,
                                                 bool exactOnly) const
 {
     const FieldQuery query(name, mask);
-    return climb && LayoutPays() ? Layout().FindField(query, exactOnly)
-                                 : FindInChain(query, climb, exactOnly);
-}
-
-FieldDescriptor* ClassDescriptorImpl::FindInChain(const FieldQuery& query, bool climb,
-                                                  bool exactOnly) const
-{
-    const auto search = [&](auto find) -> FieldDescriptor*
+    if (climb)
     {
-        for (const ClassDescriptorImpl* at = this; at != nullptr; at = climb ? at->Base() : nullptr)
-        {
-            if (FieldDescriptor* found = find(at->Scope()))
-            {
-                return found;
-            }
-        }
-        return nullptr;
-    };
-
-    FieldDescriptor* found =
-        search([&](const FieldScope& scope) { return scope.FindExact(query); });
-    if (found != nullptr || exactOnly)
-    {
-        return found;
+        return Layout().FindField(query, exactOnly);
     }
-    if (query.IsLoadOrLocation() && (query.mask & field_kind::kAttribute) != 0)
-    {
-        found = search(
-            [](const FieldScope& scope)
-            {
-                const auto at =
-                    std::find_if(scope.fields.begin(), scope.fields.end(),
-                                 [](const FieldDescriptor* field)
-                                 { return field->Type() == zorvexFieldExternalReference; });
-                return at != scope.fields.end() ? *at : nullptr;
-            });
-        if (found != nullptr)
-        {
-            return found;
-        }
-    }
-    return search([&](const FieldScope& scope) { return scope.FindNear(query); });
-}
-
-FieldDescriptor* ClassDescriptorImpl::FindAttribute(TextView xmlName) const
-{
-    if (LayoutPays())
-    {
-        return Layout().FindAttribute(xmlName);
-    }
-    constexpr int kMask = field_kind::kAttributeOrContent;
-    const std::uint32_t hash = name_match::Hash(xmlName);
-    for (const ClassDescriptorImpl* at = this; at != nullptr; at = at->Base())
-    {
-        if (FieldDescriptor* found = at->Scope().FindXmlName(xmlName, hash, kMask))
-        {
-            return found;
-        }
-    }
-    return FindInChain(FieldQuery(xmlName, kMask), true, false);
+    const FieldScope own = Scope();
+    FieldDescriptor* const found = own.FindExact(query);
+    return found != nullptr || exactOnly ? found : own.FindNear(query);
 }
 
 FieldDescriptor* ClassDescriptorImpl::FindOwnField(TextView name) const
@@ -358,29 +284,21 @@ FieldDescriptor* ClassDescriptorImpl::FindSameElement(const FieldDescriptor& can
 /// Under the write lock.
 void ClassDescriptorImpl::InsertField(FieldDescriptor* field, Place place)
 {
-    FieldList* const list = m_fields.load(std::memory_order_relaxed);
-    const std::uint32_t count = list != nullptr ? list->count.load(std::memory_order_relaxed) : 0;
-    if (place == Place::Back && list != nullptr && count < list->capacity)
+    const FieldSpan own = Fields();
+    if (place == Place::Front)
     {
-        list->items[count] = field;
-        list->count.store(count + 1, std::memory_order_release);
+        HookedVector<FieldDescriptor*> fields(own.begin(), own.end());
+        fields.insert(fields.begin(), field);
+        ReplaceFields(fields);
+        return;
     }
-    else
-    {
-        HookedVector<FieldDescriptor*> fields;
-        fields.reserve(count + 1);
-        if (list != nullptr)
-        {
-            fields.assign(list->items, list->items + count);
-        }
-        fields.insert(place == Place::Back ? fields.end() : fields.begin(), field);
-        PublishFields(fields, place == Place::Back);
-    }
-
+    const auto position = static_cast<std::uint32_t>(own.size());
+    Retire(m_fields.Append(field), &DeleteBlock);
+    NoteOwn(field);
     FieldIndex* const index = m_index.load(std::memory_order_relaxed);
     if (index != nullptr && index->HasRoom())
     {
-        index->Insert(*field, count);
+        index->Insert(*field, position);
     }
     else
     {
@@ -389,21 +307,52 @@ void ClassDescriptorImpl::InsertField(FieldDescriptor* field, Place place)
     Invalidate(false);
 }
 
-/// Under the write lock. `appended`: positions are what they were, so the index stays good.
-void ClassDescriptorImpl::PublishFields(FieldSpan fields, bool appended)
+/// Under the write lock: enters a new last field in the lists of its kind.
+void ClassDescriptorImpl::NoteOwn(FieldDescriptor* field)
 {
-    if (!appended)
+    if (field->IsElement())
     {
-        Retire(m_index.exchange(nullptr, std::memory_order_acq_rel), &DeleteIndex);
+        Retire(m_elementFields.Append(field), &DeleteBlock);
+        if (m_wildcard == nullptr && field->IsWildcard())
+        {
+            m_wildcard = field;
+        }
+        return;
     }
-    const size_t capacity = std::max<size_t>(4, fields.size() + fields.size() / 2);
-    void* memory =
-        Allocator::allocate(sizeof(FieldList) + (capacity - 1) * sizeof(FieldDescriptor*));
-    auto* const fresh = new (memory) FieldList;
-    fresh->capacity = static_cast<std::uint32_t>(capacity);
-    std::copy(fields.begin(), fields.end(), fresh->items);
-    fresh->count.store(static_cast<std::uint32_t>(fields.size()), std::memory_order_relaxed);
-    Retire(m_fields.exchange(fresh, std::memory_order_acq_rel), &DeleteBlock);
+    if (field->IsReference())
+    {
+        Retire(m_referenceFields.Append(field), &DeleteBlock);
+    }
+    if (m_content == nullptr && field->IsContent())
+    {
+        m_content = field;
+    }
+    if (m_external == nullptr && field->Type() == zorvexFieldExternalReference)
+    {
+        m_external = field;
+    }
+}
+
+/// Under the write lock: other fields, or another order.
+void ClassDescriptorImpl::ReplaceFields(FieldSpan fields)
+{
+    // Positions change: searched without an index until there is a new one.
+    Retire(m_index.exchange(nullptr, std::memory_order_acq_rel), &DeleteIndex);
+    Retire(m_fields.Replace(fields), &DeleteBlock);
+    Retire(m_elementFields.Replace(FieldSpan()), &DeleteBlock);
+    Retire(m_referenceFields.Replace(FieldSpan()), &DeleteBlock);
+    m_content = nullptr;
+    m_external = nullptr;
+    m_wildcard = nullptr;
+    int required = 0;
+    for (FieldDescriptor* field : fields)
+    {
+        NoteOwn(field);
+        required += field->IsRequired();
+    }
+    m_numberRequired.store(required, std::memory_order_relaxed);
+    IndexFields();
+    Invalidate(false);
 }
 
 /// Under the write lock.
@@ -433,10 +382,8 @@ bool ClassDescriptorImpl::RemoveField(FieldDescriptor* field)
     HookedVector<FieldDescriptor*> rest;
     std::copy_if(own.begin(), own.end(), std::back_inserter(rest),
                  [field](const FieldDescriptor* other) { return other != field; });
-    PublishFields(rest, false);
-    IndexFields();
+    ReplaceFields(rest);
     Retire(field, &DeleteField);
-    Invalidate(false);
     return true;
 }
 
@@ -453,15 +400,12 @@ void ClassDescriptorImpl::TakeOverFields(ClassDescriptorImpl& other)
             field->SetOwner(this);
         }
     }
-    PublishFields(taken, false);
-    IndexFields();
-    other.PublishFields(FieldSpan(), false);
+    ReplaceFields(taken);
+    other.ReplaceFields(FieldSpan());
     for (FieldDescriptor* field : replaced)
     {
         Retire(field, &DeleteField);
     }
-    Invalidate(false);
-    other.Invalidate(false);
 }
 
 void ClassDescriptorImpl::FieldsChanged(bool namesToo)

@@ -78,7 +78,6 @@ ClassDescriptorImpl::~ClassDescriptorImpl()
             delete field;
         }
     }
-    Allocator::deallocate(m_fields.load(std::memory_order_relaxed));
     delete m_index.load(std::memory_order_relaxed);
     delete m_layout.load(std::memory_order_relaxed);
     Allocator::deallocate(m_lineage.load(std::memory_order_relaxed));
@@ -450,7 +449,6 @@ void ClassDescriptorImpl::Invalidate(bool baseChanged) const
 void ClassDescriptorImpl::InvalidateThis(bool baseChanged) const
 {
     m_generation.fetch_add(1, std::memory_order_release);
-    m_searchesSinceChange.store(0, std::memory_order_relaxed);
     if (baseChanged)
     {
         Retire(m_lineage.exchange(nullptr, std::memory_order_acq_rel), &DeleteBlock);

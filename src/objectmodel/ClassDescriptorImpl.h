@@ -10,6 +10,7 @@
 #include "objectmodel/ClassText.h"
 #include "objectmodel/FieldDescriptor.h"
 #include "objectmodel/FieldIndex.h"
+#include "objectmodel/FieldList.h"
 #include "objectmodel/FieldSearch.h"
 #include "objectmodel/HookedVector.h"
 #include "runtime/Text.h"
@@ -120,7 +121,7 @@ public:
     // --- fields
     // -----------------------------------------------------------------------------------
     /// The class's own fields in declaration order; readable while others are added.
-    FieldSpan Fields() const;
+    FieldSpan Fields() const { return m_fields.Fields(); }
     /// All fields with those of the bases, ready to walk and to search.
     const ClassLayout& Layout() const
     {
@@ -131,8 +132,6 @@ public:
     /// false stays in the class itself; `exactOnly` leaves out the name match.
     FieldDescriptor* FindField(TextView name, int mask, bool climb = true,
                                bool exactOnly = false) const;
-    /// See ClassLayout::FindAttribute; this form also serves a class whose fields keep changing.
-    FieldDescriptor* FindAttribute(TextView xmlName) const;
     /// Differs after each change of the fields or bases of this class.
     std::uint32_t Generation() const { return m_generation.load(std::memory_order_acquire); }
 
@@ -204,7 +203,11 @@ public:
     /// "Unable to remove ClassDescriptor." or "zorvexClass values problem." on inconsistencies.
     void Release();
 
+    /// An own field becomes required, or is so no more.
+    void RequiredChanged(int by) { m_numberRequired.fetch_add(by, std::memory_order_relaxed); }
+
     friend class ClassDescriptor;
+    friend class ClassLayout;
     friend class ClassRegistry;
 
 private:
@@ -215,13 +218,6 @@ private:
         bool complete;                                 // no base name is left unresolved
         mutable std::atomic<std::uint32_t> namesSeen;  // names generation in which it held
         const ClassDescriptorImpl* chain[1];
-    };
-    /// Own fields, appended in place while there is room.
-    struct FieldList
-    {
-        std::uint32_t capacity;
-        std::atomic<std::uint32_t> count;
-        FieldDescriptor* items[1];
     };
     /// What was replaced while others may still read it.
     struct Retired
@@ -261,8 +257,6 @@ private:
     void UnlinkBase() const;
     void Invalidate(bool baseChanged) const;
     void InvalidateThis(bool baseChanged) const;
-    FieldDescriptor* FindInChain(const FieldQuery& query, bool climb, bool exactOnly) const;
-    bool LayoutPays() const;
 
     // The rest runs under the registry's write lock.
     FieldScope Scope() const { return {Fields(), m_index.load(std::memory_order_acquire)}; }
@@ -272,7 +266,8 @@ private:
                                     bool& accepted);
     bool RegisterAgain(FieldDescriptor& present, const FieldDescriptor& candidate);
     void InsertField(FieldDescriptor* field, Place place);
-    void PublishFields(FieldSpan fields, bool appended);
+    void NoteOwn(FieldDescriptor* field);
+    void ReplaceFields(FieldSpan fields);
     void IndexFields();
     void TakeOverFields(ClassDescriptorImpl& other);
     void MakeKeys();
@@ -317,18 +312,23 @@ private:
     mutable std::atomic<ClassDescriptorImpl*> m_base{nullptr};    // held
     mutable std::atomic<Lineage*> m_lineage{nullptr};             // owned
     mutable std::atomic<short> m_equivalenceValue{class_value::kUnset};
-    mutable std::atomic<std::uint32_t> m_equivalenceUnresolvedIn{0};  // names generation
+    mutable std::atomic<std::uint32_t> m_equivalenceUnresolvedIn{0};         // names generation
     mutable std::atomic<signed char> m_membership[kMemberships] = {-1, -1};  // -1: not known
     mutable ClassDescriptorImpl* m_firstDerived = nullptr;
     mutable ClassDescriptorImpl* m_lastDerived = nullptr;
     mutable ClassDescriptorImpl* m_nextSibling = nullptr;
     mutable ClassDescriptorImpl* m_previousSibling = nullptr;
 
-    std::atomic<FieldList*> m_fields{nullptr};            // owned, with its fields
+    FieldList m_fields;                     // all own fields, owned
+    FieldList m_elementFields;              // of these, elements
+    FieldList m_referenceFields;            // and references
+    FieldDescriptor* m_content = nullptr;   // first content field; this and the next under the
+    FieldDescriptor* m_external = nullptr;  // write lock: first external reference
+    FieldDescriptor* m_wildcard = nullptr;  // first that takes any child
+    std::atomic<int> m_numberRequired{0};
     std::atomic<FieldIndex*> m_index{nullptr};            // owned; null while the list is short
     mutable std::atomic<ClassLayout*> m_layout{nullptr};  // owned
     mutable std::atomic<std::uint32_t> m_generation{1};
-    mutable std::atomic<std::uint32_t> m_searchesSinceChange{0};
     mutable std::atomic<std::uint32_t> m_baseUnresolvedIn{0};  // names generation
     mutable HookedVector<Retired> m_retired;
 

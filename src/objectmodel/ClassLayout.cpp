@@ -8,15 +8,8 @@ namespace zorvex_api
 namespace
 {
 
-std::uint32_t CountFields(std::span<const ClassDescriptorImpl* const> chain)
-{
-    size_t count = 0;
-    for (const ClassDescriptorImpl* level : chain)
-    {
-        count += level->Fields().size();
-    }
-    return static_cast<std::uint32_t>(count);
-}
+/// A layout with few searches isn't worth an index of its own.
+constexpr std::uint32_t kSearchesForIndex = 8;
 
 bool IsNamed(const FieldDescriptor& field, const HookedVector<TextView>& names)
 {
@@ -32,53 +25,90 @@ bool IsNamed(const FieldDescriptor& field, const HookedVector<TextView>& names)
 
 }  // namespace
 
-ClassLayout::ClassLayout(std::span<const ClassDescriptorImpl* const> chain,
-                         std::uint32_t generation)
-    : m_generation(generation), m_index(CountFields(chain))
+struct ClassLayout::Flat : public Allocator
 {
-    const std::uint32_t count = CountFields(chain);
-    m_derivedFirst.reserve(count);
-    m_baseFirst.reserve(count);
-    for (const ClassDescriptorImpl* level : chain)
+    explicit Flat(const FieldRange& all)
+        : fields(all.begin(), all.end()), index(static_cast<std::uint32_t>(all.size()))
     {
-        for (FieldDescriptor* field : level->Fields())
+        for (std::uint32_t position = 0; position < fields.size(); ++position)
         {
-            m_index.Insert(*field, static_cast<std::uint32_t>(m_derivedFirst.size()));
-            m_derivedFirst.push_back(field);
-            Note(field);
+            index.Insert(*fields[position], position);
         }
     }
-    for (size_t level = chain.size(); level-- > 0;)
+
+    HookedVector<FieldDescriptor*> fields;
+    FieldIndex index;
+};
+
+ClassLayout::ClassLayout(std::span<const ClassDescriptorImpl* const> chain,
+                         std::uint32_t generation)
+    : m_generation(generation), m_depth(chain.size()), m_levels(chain.size() * kOrders)
+{
+    m_indexes.reserve(m_depth);
+    for (std::size_t level = 0; level < m_depth; ++level)
     {
-        const FieldSpan own = chain[level]->Fields();
-        m_baseFirst.insert(m_baseFirst.end(), own.begin(), own.end());
+        const ClassDescriptorImpl& impl = *chain[level];
+        m_levels[kDerivedFirst * m_depth + level] = impl.Fields();
+        m_levels[kBaseFirst * m_depth + (m_depth - 1 - level)] = impl.Fields();
+        m_levels[kElements * m_depth + level] = impl.m_elementFields.Fields();
+        m_levels[kReferences * m_depth + level] = impl.m_referenceFields.Fields();
+        m_indexes.push_back(impl.m_index.load(std::memory_order_relaxed));
+        m_content = m_content != nullptr ? m_content : impl.m_content;
+        m_externalReference =
+            m_externalReference != nullptr ? m_externalReference : impl.m_external;
+        m_wildcard = m_wildcard != nullptr ? m_wildcard : impl.m_wildcard;
+    }
+    for (std::size_t order = 0; order < kOrders; ++order)
+    {
+        for (std::size_t level = 0; level < m_depth; ++level)
+        {
+            m_sizes[order] += m_levels[order * m_depth + level].size();
+        }
     }
     CollectRequired(chain);
 }
 
-void ClassLayout::Note(FieldDescriptor* field)
+ClassLayout::~ClassLayout()
 {
-    if (field->IsElement())
+    delete m_flat.load(std::memory_order_relaxed);
+}
+
+const ClassLayout::Flat* ClassLayout::FlatForSearch() const
+{
+    if (Flat* known = m_flat.load(std::memory_order_acquire))
     {
-        m_elementFields.push_back(field);
-        if (m_wildcard == nullptr && field->IsWildcard())
+        return known;
+    }
+    const std::uint32_t searches = m_searches.fetch_add(1, std::memory_order_relaxed);
+    if (searches < kSearchesForIndex + m_sizes[kDerivedFirst] / 4)
+    {
+        return nullptr;
+    }
+    Flat* const fresh = new Flat(DerivedFirst());
+    Flat* present = nullptr;
+    if (m_flat.compare_exchange_strong(present, fresh, std::memory_order_acq_rel))
+    {
+        return fresh;
+    }
+    delete fresh;
+    return present;
+}
+
+template <class Find>
+FieldDescriptor* ClassLayout::Search(Find find) const
+{
+    if (const Flat* flat = FlatForSearch())
+    {
+        return find(FieldScope{flat->fields, &flat->index});
+    }
+    for (std::size_t level = 0; level < m_depth; ++level)
+    {
+        if (FieldDescriptor* found = find(FieldScope{m_levels[level], m_indexes[level]}))
         {
-            m_wildcard = field;
+            return found;
         }
-        return;
     }
-    if (field->IsReference())
-    {
-        m_referenceFields.push_back(field);
-    }
-    if (m_content == nullptr && field->IsContent())
-    {
-        m_content = field;
-    }
-    if (m_externalReference == nullptr && field->Type() == zorvexFieldExternalReference)
-    {
-        m_externalReference = field;
-    }
+    return nullptr;
 }
 
 void ClassLayout::CollectRequired(std::span<const ClassDescriptorImpl* const> chain)
@@ -86,7 +116,8 @@ void ClassLayout::CollectRequired(std::span<const ClassDescriptorImpl* const> ch
     HookedVector<TextView> optional;
     for (const ClassDescriptorImpl* level : chain)
     {
-        for (FieldDescriptor* field : level->Fields())
+        const bool any = level->m_numberRequired.load(std::memory_order_relaxed) > 0;
+        for (FieldDescriptor* field : any ? level->Fields() : FieldSpan())
         {
             if (field->IsRequired() && !field->IsElement() && !IsNamed(*field, optional))
             {
@@ -102,7 +133,8 @@ void ClassLayout::CollectRequired(std::span<const ClassDescriptorImpl* const> ch
 
 FieldDescriptor* ClassLayout::FindField(const FieldQuery& query, bool exactOnly) const
 {
-    FieldDescriptor* found = Scope().FindExact(query);
+    FieldDescriptor* found =
+        Search([&](const FieldScope& scope) { return scope.FindExact(query); });
     if (found != nullptr || exactOnly)
     {
         return found;
@@ -112,30 +144,38 @@ FieldDescriptor* ClassLayout::FindField(const FieldQuery& query, bool exactOnly)
     {
         return m_externalReference;
     }
-    return Scope().FindNear(query);
+    return Search([&](const FieldScope& scope) { return scope.FindNear(query); });
 }
 
 FieldDescriptor* ClassLayout::FindAttribute(TextView xmlName) const
 {
     constexpr int kMask = field_kind::kAttributeOrContent;
-    FieldDescriptor* found = Scope().FindXmlName(xmlName, name_match::Hash(xmlName), kMask);
+    const std::uint32_t hash = name_match::Hash(xmlName);
+    FieldDescriptor* found =
+        Search([&](const FieldScope& scope) { return scope.FindXmlName(xmlName, hash, kMask); });
     return found != nullptr ? found : FindField(xmlName, kMask);
 }
 
 FieldDescriptor* ClassLayout::FindElement(TextView name) const
 {
-    FieldDescriptor* found = nullptr;
-    Scope().ForHash(name_match::Hash(name),
-                    [&](FieldDescriptor* field, std::uint32_t)
+    const std::uint32_t hash = name_match::Hash(name);
+    return Search(
+        [&](const FieldScope& scope)
+        {
+            FieldDescriptor* found = nullptr;
+            scope.ForHash(
+                hash,
+                [&](FieldDescriptor* field, std::uint32_t)
+                {
+                    if ((field->IsElement() || field->Type() == zorvexFieldContentElement) &&
+                        field->NameView() == name)
                     {
-                        if ((field->IsElement() || field->Type() == zorvexFieldContentElement) &&
-                            field->NameView() == name)
-                        {
-                            found = field;
-                        }
-                        return found != nullptr;
-                    });
-    return found;
+                        found = field;
+                    }
+                    return found != nullptr;
+                });
+            return found;
+        });
 }
 
 }  // namespace zorvex_api

@@ -19,26 +19,31 @@ class ClassDescriptorImpl;
 /// All fields of a class and its bases, arranged for reading, writing and walking.
 ///
 /// Immutable once published; obtained from ClassDescriptorImpl::Layout(), which makes a new one
-/// when the class or a base of it has changed. A layout stays readable as long as its class exists,
-/// but doesn't learn of later changes: ask for it anew for each object.
+/// when the class or a base of it has changed. That costs a step for each class of the chain, not
+/// for each field: documents with unknown elements change their classes all the time. A layout
+/// stays readable as long as its class exists, but doesn't learn of later changes: ask for it anew
+/// for each object.
 class ClassLayout : public Allocator
 {
 public:
-    /// `chain`: the class itself and its bases up to the root class.
+    /// `chain`: the class itself and its bases up to the root class. Under the write lock.
     ClassLayout(std::span<const ClassDescriptorImpl* const> chain, std::uint32_t generation);
+    ~ClassLayout();
+    ClassLayout(const ClassLayout&) = delete;
+    ClassLayout& operator=(const ClassLayout&) = delete;
 
     std::uint32_t Generation() const { return m_generation; }
 
     /// The class's own fields first, then each base's up to the root class.
-    FieldSpan DerivedFirst() const { return m_derivedFirst; }
+    FieldRange DerivedFirst() const { return Range(kDerivedFirst); }
     /// The root class's fields first, the class's own last. The order of a document.
-    FieldSpan BaseFirst() const { return m_baseFirst; }
+    FieldRange BaseFirst() const { return Range(kBaseFirst); }
     /// Of types 7 and 8, derived first.
-    FieldSpan ElementFields() const { return m_elementFields; }
+    FieldRange ElementFields() const { return Range(kElements); }
     /// Reference and URI fields (types 5, 6, 9, 10, 11), derived first.
-    FieldSpan ReferenceFields() const { return m_referenceFields; }
-    /// Required fields that are no elements, derived first, without those that the class or a
-    /// subclass on the way makes optional.
+    FieldRange ReferenceFields() const { return Range(kReferences); }
+    /// Required fields that are no elements, derived first, without those that a subclass on the
+    /// way makes optional.
     FieldSpan RequiredFields() const { return m_requiredFields; }
     /// The nearest content field, the nearest of type 11, the nearest that takes any child; or
     /// null.
@@ -64,20 +69,40 @@ public:
     ElementCache& Elements() const { return m_elements; }
 
 private:
-    void Note(FieldDescriptor* field);
+    /// Arrangements of the levels.
+    enum Order
+    {
+        kDerivedFirst,
+        kBaseFirst,
+        kElements,
+        kReferences,
+        kOrders
+    };
+    /// All fields in one run with one index, derived first: made when the layout has been searched
+    /// often enough to pay for it.
+    struct Flat;
+
+    FieldRange Range(Order order) const
+    {
+        return FieldRange(std::span(m_levels).subspan(order * m_depth, m_depth), m_sizes[order]);
+    }
     void CollectRequired(std::span<const ClassDescriptorImpl* const> chain);
-    FieldScope Scope() const { return {m_derivedFirst, &m_index}; }
+    const Flat* FlatForSearch() const;
+    /// The first result of `find(scope)` that isn't null, over the classes from the derived one up.
+    template <class Find>
+    FieldDescriptor* Search(Find find) const;
 
     std::uint32_t m_generation;
-    HookedVector<FieldDescriptor*> m_derivedFirst;
-    HookedVector<FieldDescriptor*> m_baseFirst;
-    HookedVector<FieldDescriptor*> m_elementFields;
-    HookedVector<FieldDescriptor*> m_referenceFields;
+    std::size_t m_depth;                        // classes in the chain
+    HookedVector<FieldSpan> m_levels;           // m_depth for each order
+    HookedVector<const FieldIndex*> m_indexes;  // of the levels, derived first; null without one
+    std::size_t m_sizes[kOrders] = {};
     HookedVector<FieldDescriptor*> m_requiredFields;
     FieldDescriptor* m_content = nullptr;
     FieldDescriptor* m_externalReference = nullptr;
     FieldDescriptor* m_wildcard = nullptr;
-    FieldIndex m_index;
+    mutable std::atomic<std::uint32_t> m_searches{0};
+    mutable std::atomic<Flat*> m_flat{nullptr};  // owned
     mutable ElementCache m_elements;
 };
 

@@ -75,7 +75,7 @@ private:
     {
         MovablePin source;
         ClassData* copy;
-        FieldSpan fields;
+        FieldRange fields;
         size_t field = 0;
         int child = 0;
     };

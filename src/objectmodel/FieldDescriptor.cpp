@@ -309,6 +309,15 @@ bool FieldDescriptor::SetDefault(const String& value, bool borrowed)
     return true;
 }
 
+void FieldDescriptor::SetRequired(bool required)
+{
+    if (m_owner != nullptr && required != m_required)
+    {
+        m_owner->RequiredChanged(required ? 1 : -1);
+    }
+    m_required = required;
+}
+
 bool FieldDescriptor::SetLength(int length)
 {
     if (length < 0)

@@ -146,7 +146,7 @@ public:
     /// Forgets what was resolved; the names stay.
     void ForgetClass() { SetClassValue(class_value::kUnset); }
     bool SetDefault(const String& value, bool borrowed);
-    void SetRequired(bool required) { m_required = required; }
+    void SetRequired(bool required);
     void SetDeprecated(bool deprecated) { m_deprecated = deprecated; }
     bool SetLength(int length);
     /// Appends a null-terminated list. `borrowed`: the table outlives the field and is read later.

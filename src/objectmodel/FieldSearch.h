@@ -1,17 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 
 #include "objectmodel/FieldDescriptor.h"
 #include "objectmodel/FieldIndex.h"
+#include "objectmodel/FieldList.h"
 #include "objectmodel/NameMatch.h"
 #include "runtime/Text.h"
 
 namespace zorvex_api
 {
-
-using FieldSpan = std::span<FieldDescriptor* const>;
 
 /// What a text asks for, worked out once.
 struct FieldQuery

@@ -130,7 +130,7 @@ private:
     }
 
     MovablePin m_object;
-    FieldSpan m_fields;
+    FieldRange m_fields;
     size_t m_field = 0;
     int m_index = 0;
     Object* m_last = nullptr;  // compared only, it may be gone

@@ -398,9 +398,9 @@ TEST_F(FieldTest, ManyFieldsAddedOneByOneAreFoundInTimeThatGrowsWithTheirNumber)
     {
         const std::u16string name = nameOf(i);
         ASSERT_EQ(nullptr, impl.FindField(name, field_kind::kAttribute));
-        ASSERT_EQ(nullptr, impl.FindAttribute(name));
+        ASSERT_EQ(nullptr, impl.Layout().FindAttribute(name));
         FieldDescriptor* added = impl.AddRuntimeField(name, zorvexFieldString, nullptr, nullptr);
-        ASSERT_EQ(added, impl.FindAttribute(name));
+        ASSERT_EQ(added, impl.Layout().FindAttribute(name));
     }
     // Some microseconds a field, under a sanitizer too; a step for each field at each change would
     // take minutes.
