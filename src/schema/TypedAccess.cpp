@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "objectmodel/ObjectCallbackBase.h"
+#include "objectmodel/ObjectPin.h"
+#include "runtime/Text.h"
 #include "zorvex_api/Exception.h"
 #include "zorvex_api/Reference.h"
 #include "zorvex_api/Transf.h"
@@ -114,6 +117,43 @@ Result ReadNumbers(const Object& object, const char16_t* field, int count, Array
                                                      static_cast<const char*>(name)));
     }
     return result;
+}
+
+// Counts the children of a field and keeps one of them, without a copy of their list.
+class ElementPicker final : public ObjectCallbackBase
+{
+public:
+    explicit ElementPicker(int index) : m_index(index) {}
+
+    void Process(Object** children, int count) override
+    {
+        if (m_index >= m_count && m_index < m_count + count)
+        {
+            m_found = children[m_index - m_count];
+        }
+        m_count += count;
+    }
+    int Process(Object* child) override
+    {
+        Process(&child, 1);
+        return 1;
+    }
+
+    Object* Found() const { return m_found; }
+    int Count() const { return m_count; }
+
+private:
+    int m_index;
+    int m_count = 0;
+    Object* m_found = nullptr;
+};
+
+ElementPicker PickElement(const Object& object, const char16_t* field, int index)
+{
+    const ObjectPin pin(&object);
+    ElementPicker picker(index);
+    pin->ElementsByField(field, &picker);
+    return picker;
 }
 
 }  // namespace
@@ -531,16 +571,12 @@ Object* GetElement(const Object& object, const char16_t* field)
 
 Object* GetElement(const Object& object, const char16_t* field, int index)
 {
-    Array<Object*> elements;
-    object.GetElementsByField(Borrow(field), elements);
-    return index >= 0 && index < elements.GetSize() ? elements[index] : nullptr;
+    return PickElement(object, field, index).Found();
 }
 
 int CountElements(const Object& object, const char16_t* field)
 {
-    Array<Object*> elements;
-    object.GetElementsByField(Borrow(field), elements);
-    return elements.GetSize();
+    return PickElement(object, field, -1).Count();
 }
 
 Object* AddSingleElement(Object& object, const char16_t* className, const char16_t* field)

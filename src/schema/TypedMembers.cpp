@@ -1,5 +1,7 @@
 #include "zorvex_api/TypedMembers.h"
 
+#include "objectmodel/AttributeStore.h"
+#include "objectmodel/ObjectPin.h"
 #include "zorvex60/ProductRevisionView.h"
 #include "zorvex_api/Exception.h"
 #include "zorvex_api/Reference.h"
@@ -88,12 +90,9 @@ int CountExternalHandles(const Object& object)
 
 void DetachExternalHandles(Object& object, Array<Handle>& handles)
 {
-    String text;
-    for (const Handle& handle : ReadHandles(object, text))
-    {
-        handles.Add(handle);
-    }
-    object.SetAttributeValue(Location(), Reference(text));
+    // Setting the text anew would end the things of a format that has an adapter.
+    const ObjectPin pin(&object);
+    attribute_store::DetachTargets(*pin, kLocation, handles);
 }
 
 // --- parts -------------------------------------------------------------------------------------
