@@ -139,6 +139,22 @@ TEST_F(CopyTest, AValueEqualToTheDefaultIsLeftOut)
     EXPECT_FALSE(IsStored(CopyOf(*representation, 4), u"type"));
 }
 
+TEST_F(CopyTest, AnExternalReferenceIsCopiedWithItsFlag)
+{
+    const auto representation = Make(u"Representation");
+    representation->SetAttributeValue(u"load", u"true");
+    representation->SetAttributeValue(u"location", u"plate.stp");
+    Object& copy = CopyOf(*representation, 4);
+    EXPECT_EQ("plate.stp", Text(copy, u"location"));
+    EXPECT_EQ("true", Text(copy, u"load"));
+}
+
+TEST_F(CopyTest, ACopiedDocumentHasTheSourcesAuthor)
+{
+    m_outside->SetAttributeValue(u"author", u"Ada");
+    EXPECT_EQ("Ada", Text(CopyOf(*m_outside, 4), u"author"));
+}
+
 TEST_F(CopyTest, AnObjectReadWithoutAnIdHasNoneInTheCopyEither)
 {
     m_view->SetId(u"");
