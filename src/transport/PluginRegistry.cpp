@@ -1,6 +1,8 @@
 #include "transport/PluginRegistry.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 #include "transport/PluginDescriptorImpl.h"
 #include "zorvex_api/Configuration.h"
@@ -9,6 +11,41 @@
 
 namespace zorvex_api::internal
 {
+
+namespace
+{
+
+/// True for a scope.
+class FlagScope
+{
+public:
+    explicit FlagScope(bool& flag) : m_flag(flag), m_before(std::exchange(flag, true)) {}
+    ~FlagScope() { m_flag = m_before; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+private:
+    bool& m_flag;
+    bool m_before;
+};
+
+/// A node on the list of those at work, for a scope.
+class RunningScope
+{
+public:
+    RunningScope(std::vector<LinkNode*>& running, LinkNode& node) : m_running(running)
+    {
+        m_running.push_back(&node);
+    }
+    ~RunningScope() { m_running.pop_back(); }
+    RunningScope(const RunningScope&) = delete;
+    RunningScope& operator=(const RunningScope&) = delete;
+
+private:
+    std::vector<LinkNode*>& m_running;
+};
+
+}  // namespace
 
 PluginRegistry& PluginRegistry::Get()
 {
@@ -25,10 +62,11 @@ PluginRegistry::PluginRegistry()
 void PluginRegistry::Fill()
 {
     // An initialiser that asks for plug-ins while the list is being filled gets those behind it.
-    if (IsFilled() && m_running.empty())
+    if (IsFilled() && !m_filling)
     {
         return;
     }
+    const FlagScope filling(m_filling);
     for (LinkNode* node = LinkNode::m_pHeadNode; node != nullptr; node = node->GetNext())
     {
         if (node->GetKind() == LinkNode::kPlugin && !node->IsDone())
@@ -44,20 +82,15 @@ void PluginRegistry::RunNode(LinkNode& node)
     {
         return;
     }
-    m_running.push_back(&node);
-    PluginDescriptor* descriptor = new PluginDescriptor;
-    if (node.RunInitialiser(descriptor) != 0)
+    const RunningScope running(m_running, node);
+    std::unique_ptr<PluginDescriptor> descriptor(new PluginDescriptor);
+    if (node.RunInitialiser(descriptor.get()) != 0)
     {
         descriptor->GetName();  // made here, so that reading it later never writes
+        m_descriptors.push_back(descriptor.get());
+        node.SetDescriptor(descriptor.release());
         node.SetDone(true);
-        node.SetDescriptor(descriptor);
-        m_descriptors.push_back(descriptor);
     }
-    else
-    {
-        delete descriptor;
-    }
-    m_running.pop_back();
 }
 
 void PluginRegistry::Remove(PluginDescriptor* descriptor) noexcept

@@ -40,7 +40,8 @@ private:
     PluginRegistry();
 
     std::vector<PluginDescriptor*> m_descriptors;  // in the order of the chain; owned by the nodes
-    std::vector<LinkNode*> m_running;              // nodes whose initialiser is at work
+    bool m_filling = false;
+    std::vector<LinkNode*> m_running;  // nodes whose initialiser is at work
 };
 
 /// Clears the held instance of whatever descriptor holds this one.

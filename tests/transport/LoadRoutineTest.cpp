@@ -204,6 +204,30 @@ TEST_F(LoadRoutineTest, AReferenceWithNobodyBehindItLeadsNowhere)
     EXPECT_EQ(0, handles.GetSize());
 }
 
+TEST_F(LoadRoutineTest, ALocatorThatFindsNothingLeavesNoDocumentBehind)
+{
+    std::vector<int> operations;
+    ToyAdapter::s_behaviour = [&](ToyAdapter& self, PluginProcessData& data)
+    {
+        operations.push_back(data.m_operation);
+        if (data.m_operation == ZORVEX_OP_ADAPTER_DESTROY)
+        {
+            for (const Handle& handle : *internal::GetSlot<Array<Handle>>(data, 10))
+            {
+                delete handle.GetObject();
+            }
+        }
+        Making(1)(self, data);
+        return true;
+    };
+    Array<Handle> handles;
+    const Result result = ResolveURI("a.toy#ZORVEX(TOY-doc/none)", handles);
+    EXPECT_THAT(operations, ElementsAre(ZORVEX_OP_ADAPTER_LOAD, ZORVEX_OP_ADAPTER_LOCATE,
+                                        ZORVEX_OP_ADAPTER_DESTROY));
+    EXPECT_EQ("WARNING 517: Locator failed: none", Messages(result).at(0));
+    EXPECT_EQ(0, handles.GetSize());
+}
+
 TEST_F(LoadRoutineTest, LoadDocumentGivesTheFirstRootAndKeepsTheOthersWithIt)
 {
     ToyAdapter::s_behaviour = Making(3);
