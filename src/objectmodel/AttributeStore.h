@@ -106,8 +106,8 @@ Result SetReferences(ClassData& owner, FieldDescriptor& field, TextView name,
 Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
                      const Reference& reference, bool skipKnown);
 
-/// Appends the targets of a single URI to `out` and takes them off it: nothing is destroyed, and the
-/// text stays.
+/// Appends the targets of a single URI to `out` and takes them off it: nothing is destroyed, and
+/// the text stays.
 void DetachTargets(ClassData& owner, TextView name, Array<Handle>& out);
 
 /// The text of a URI as it reads now: "#" and the target's current id when the target stands in the
