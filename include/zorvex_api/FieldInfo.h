@@ -58,8 +58,10 @@ public:
     /// The class value of what the field holds or refers to; -21 integer, -22 double, -23 text,
     /// -24 logical content; -999 when there is none.
     short GetClass() const;
-    /// The class name as it was registered.
+    /// The class name as it was registered; of several classes their names, divided by blanks.
     const String& GetClassString() const;
+    /// The default as it was registered; "suppressId=true" on an element field whose children are
+    /// written without their ids.
     const String& GetDefaultValue() const;
     int HasDefaultValue() const;
     /// The number of values of a fixed array, 0 for a variable one and for a field that is no

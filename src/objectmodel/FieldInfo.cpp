@@ -5,6 +5,18 @@
 namespace zorvex_api
 {
 
+namespace
+{
+
+/// The one default that an element field can have: it tells how its children are written.
+const String& SuppressIdDefault()
+{
+    static const String text = BorrowConstant(u"suppressId=true");
+    return text;
+}
+
+}  // namespace
+
 FieldInfo::FieldInfo() : m_descriptor(nullptr) {}
 FieldInfo::FieldInfo(FieldDescriptor* descriptor) : m_descriptor(descriptor) {}
 
@@ -25,17 +37,26 @@ short FieldInfo::GetClass() const
 
 const String& FieldInfo::GetClassString() const
 {
-    return m_descriptor != nullptr ? m_descriptor->ClassName() : String::EmptyString();
+    if (m_descriptor == nullptr)
+    {
+        return String::EmptyString();
+    }
+    const String& list = m_descriptor->ClassList();
+    return list.IsEmpty() ? m_descriptor->ClassName() : list;
 }
 
 const String& FieldInfo::GetDefaultValue() const
 {
-    return m_descriptor != nullptr ? m_descriptor->DefaultValue() : String::EmptyString();
+    if (m_descriptor == nullptr)
+    {
+        return String::EmptyString();
+    }
+    return m_descriptor->SuppressId() ? SuppressIdDefault() : m_descriptor->DefaultValue();
 }
 
 int FieldInfo::HasDefaultValue() const
 {
-    return m_descriptor != nullptr && m_descriptor->HasDefault();
+    return m_descriptor != nullptr && (m_descriptor->HasDefault() || m_descriptor->SuppressId());
 }
 
 int FieldInfo::GetArrayLength() const
