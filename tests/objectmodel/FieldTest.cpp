@@ -322,7 +322,8 @@ TEST_F(FieldTest, ADefaultOfAnElementOnlySuppressesIds)
     EXPECT_FALSE(Info(descriptor, u"E").GetDescriptor()->SuppressId());
     EXPECT_EQ(1, descriptor->SetFieldDefault(u"E", u"suppressId=true"));
     EXPECT_TRUE(Info(descriptor, u"E").GetDescriptor()->SuppressId());
-    EXPECT_EQ(0, Info(descriptor, u"E").HasDefaultValue());
+    EXPECT_EQ("suppressId=true", Utf8(Info(descriptor, u"E").GetDefaultValue()));
+    EXPECT_FALSE(Info(descriptor, u"E").GetDescriptor()->HasDefault()) << "no value of the field";
     EXPECT_EQ(1, descriptor->SetFieldDefault(u"a", u"x"));
     EXPECT_EQ("x", Utf8(Info(descriptor, u"a").GetDefaultValue()));
 }

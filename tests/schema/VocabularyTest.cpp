@@ -73,8 +73,7 @@ void ExpectField(const schemagen::Field& field, FieldDescriptor* descriptor)
     {
         EXPECT_EQ(ExpectedType(field), info.GetType());
     }
-    const bool isElement = field.kind == Kind::Element || field.kind == Kind::Elements;
-    EXPECT_EQ(isElement ? "" : field.defaultText.value_or(""), Utf8(info.GetDefaultValue()));
+    EXPECT_EQ(field.defaultText.value_or(""), Utf8(info.GetDefaultValue()));
     const int length = field.length.value_or(field.kind == Kind::Vector ? 3 : 1);
     EXPECT_EQ(length != 1, info.IsArray() != 0);
     EXPECT_EQ(length == 0, info.IsVariableLengthArray() != 0);
