@@ -226,6 +226,7 @@ private:
     void JoinIds(ClassData& newRoot);
     void SplitIds(ClassData& oldRoot);
     void EnterInTable(ClassData& root);
+    void RememberNumber(const IdValue& newId);
     void RefreshIncomingTexts(const IdValue& oldId);
 };
 

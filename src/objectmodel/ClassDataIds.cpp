@@ -53,6 +53,10 @@ bool ClassData::SetId(const IdValue& newId, bool keepTable)
     {
         root.idTable->Remove(this);
     }
+    else if (!keepTable && &root == this)
+    {
+        RememberNumber(newId);
+    }
     const IdValue oldId = incoming != nullptr ? id : IdValue();
     id = newId;
     if (keepTable)
@@ -71,6 +75,19 @@ bool ClassData::SetId(const IdValue& newId, bool keepTable)
         RefreshIncomingTexts(oldId);
     }
     return true;
+}
+
+/// Numbers aren't used twice: a root without a table gets one for the number that it gives up.
+void ClassData::RememberNumber(const IdValue& newId)
+{
+    std::uint32_t oldNumber = 0;
+    std::uint32_t newNumber = 0;
+    newId.GetNumber(newNumber);
+    if (id.GetNumber(oldNumber) && oldNumber > newNumber)
+    {
+        idTable = new IdTable;
+        idTable->SetHighestNumber(oldNumber);
+    }
 }
 
 void ClassData::SetLoadedId(IdValue&& newId, ClassData& root)

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <functional>
 #include <new>
+#include <unordered_map>
 #include <utility>
 
 #include "objectmodel/ClassData.h"
@@ -29,29 +31,73 @@ constexpr std::size_t Limit(std::size_t capacity)
 
 }  // namespace
 
-/// Objects of one id in the order of entry.
+/// Objects of one id in the order of entry. A document may give one id to all its objects, so that
+/// none is searched for.
 struct IdTable::Duplicates : public Allocator
 {
-    HookedVector<ClassData*> objects;
-    std::size_t first = 0;  // those before have left
+    explicit Duplicates(ClassData* data) { Add(data); }
 
-    std::size_t Count() const { return objects.size() - first; }
-    bool Remove(const ClassData* data)
+    std::size_t Count() const { return m_places.size(); }
+    ClassData* First() const { return m_objects[m_first]; }
+    /// False when the object is in already.
+    bool Add(ClassData* data)
     {
-        if (objects[first] == data)
-        {
-            ++first;
-            return true;
-        }
-        const auto place =
-            std::find(objects.begin() + static_cast<std::ptrdiff_t>(first), objects.end(), data);
-        if (place == objects.end())
+        if (!m_places.try_emplace(data, m_objects.size()).second)
         {
             return false;
         }
-        objects.erase(place);
+        m_objects.push_back(data);
         return true;
     }
+    /// False when the object isn't in.
+    bool Remove(const ClassData* data) noexcept
+    {
+        const auto place = m_places.find(data);
+        if (place == m_places.end())
+        {
+            return false;
+        }
+        m_objects[place->second] = nullptr;
+        m_places.erase(place);
+        while (m_first < m_objects.size() && m_objects[m_first] == nullptr)
+        {
+            ++m_first;
+        }
+        if (m_objects.size() > kGroup + 2 * Count())
+        {
+            CloseGaps();
+        }
+        return true;
+    }
+    template <class Visit>
+    void ForEach(Visit visit) const
+    {
+        for (ClassData* data : m_objects)
+        {
+            if (data != nullptr)
+            {
+                visit(data);
+            }
+        }
+    }
+
+private:
+    void CloseGaps() noexcept
+    {
+        std::erase(m_objects, nullptr);
+        m_first = 0;
+        for (std::size_t i = 0; i < m_objects.size(); ++i)
+        {
+            m_places.find(m_objects[i])->second = i;
+        }
+    }
+
+    HookedVector<ClassData*> m_objects;  // null: has left
+    std::size_t m_first = 0;             // those before have left
+    std::unordered_map<const ClassData*, std::size_t, std::hash<const ClassData*>,
+                       std::equal_to<const ClassData*>,
+                       HookedAllocator<std::pair<const ClassData* const, std::size_t>>>
+        m_places;  // in m_objects
 };
 
 IdTable::Duplicates* IdTable::DuplicatesOf(Slot slot)
@@ -62,14 +108,7 @@ IdTable::Duplicates* IdTable::DuplicatesOf(Slot slot)
 ClassData* IdTable::First(Slot slot)
 {
     const Duplicates* several = DuplicatesOf(slot);
-    return several != nullptr ? several->objects[several->first]
-                              : reinterpret_cast<ClassData*>(slot);
-}
-
-ClassData* IdTable::Last(Slot slot)
-{
-    const Duplicates* several = DuplicatesOf(slot);
-    return several != nullptr ? several->objects.back() : reinterpret_cast<ClassData*>(slot);
+    return several != nullptr ? several->First() : reinterpret_cast<ClassData*>(slot);
 }
 
 template <class Visit>
@@ -83,10 +122,7 @@ void IdTable::ForEach(Visit visit) const
         }
         if (const Duplicates* several = DuplicatesOf(m_slots[i]))
         {
-            for (std::size_t k = several->first; k < several->objects.size(); ++k)
-            {
-                visit(several->objects[k]);
-            }
+            several->ForEach(visit);
             continue;
         }
         visit(reinterpret_cast<ClassData*>(m_slots[i]));
@@ -175,19 +211,17 @@ void IdTable::Insert(ClassData* data)
         ++m_count;
         return;
     }
-    if (Last(*equal) == data)
+    if (*equal == reinterpret_cast<Slot>(data))
     {
         return;
     }
     Duplicates* several = DuplicatesOf(*equal);
     if (several == nullptr)
     {
-        several = new Duplicates;
-        several->objects.push_back(reinterpret_cast<ClassData*>(*equal));
+        several = new Duplicates(reinterpret_cast<ClassData*>(*equal));
         *equal = reinterpret_cast<Slot>(several) | 1;
     }
-    several->objects.push_back(data);
-    ++m_count;
+    m_count += several->Add(data) ? 1 : 0;
 }
 
 void IdTable::Remove(ClassData* data) noexcept
@@ -214,7 +248,7 @@ void IdTable::Remove(ClassData* data) noexcept
     --m_count;
     if (several->Count() == 1)
     {
-        *slot = reinterpret_cast<Slot>(several->objects[several->first]);
+        *slot = reinterpret_cast<Slot>(several->First());
         delete several;
     }
 }

@@ -24,8 +24,8 @@ public:
     IdTable(const IdTable&) = delete;
     IdTable& operator=(const IdTable&) = delete;
 
-    /// Enters an object by its current id, which must have a value. Raises the highest number. An
-    /// object that was the last to be entered with this id isn't entered twice.
+    /// Enters an object by its current id, which must have a value. Raises the highest number. No
+    /// object is entered twice.
     void Insert(ClassData* data);
     /// Takes out this object, found by its current id. Nothing happens when it isn't in.
     void Remove(ClassData* data) noexcept;
@@ -60,7 +60,6 @@ private:
     static bool IsLive(Slot slot) { return slot != kFree && slot != kTombstone; }
     static Duplicates* DuplicatesOf(Slot slot);
     static ClassData* First(Slot slot);
-    static ClassData* Last(Slot slot);
 
     std::size_t Home(std::uint32_t key) const;
     /// The slot of an equal id, else null. `reusable` gets where a new entry goes.

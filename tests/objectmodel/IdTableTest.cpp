@@ -71,6 +71,7 @@ TEST_F(IdTableTest, OfEqualIdsTheFirstEnteredIsFoundAndTheNextTakesOver)
     table.Insert(first);
     EXPECT_EQ(third, table.Find(id));
     table.Insert(first);  // isn't entered twice
+    table.Insert(third);
     table.Remove(third);
     table.Remove(third);  // not in any more: the other entry of this id stays
     EXPECT_EQ(first, table.Find(id));
@@ -144,18 +145,27 @@ TEST_F(IdTableTest, EnteringAndLeavingForEverNeitherGrowsTheTableNorFillsItWithT
 
 TEST_F(IdTableTest, NumbersChosenToCollideCostNoMoreThanOthers)
 {
-    // Multiples of a large power of two, and one id for thousands of objects.
+    // Multiples of a large power of two, and one id for thousands of objects, of which the later
+    // half leaves.
     Entries entries;
     IdTable table;
+    std::vector<ClassData*> same;
     const auto start = std::chrono::steady_clock::now();
     for (std::uint32_t n = 1; n <= 60000; ++n)
     {
         table.Insert(entries.Make(IdValue(n << 13)));
-        table.Insert(entries.Make(IdValue(u"same")));
+        same.push_back(entries.Make(IdValue(u"same")));
+        table.Insert(same.back());
+    }
+    for (std::size_t n = 30000; n < 60000; ++n)
+    {
+        table.Remove(same[n]);
     }
     const auto spent = std::chrono::steady_clock::now() - start;
     EXPECT_LT(spent, std::chrono::seconds(5));
     EXPECT_NE(nullptr, table.Find(IdValue(60000u << 13)));
+    EXPECT_EQ(same[0], table.Find(IdValue(u"same")));
+    EXPECT_EQ(90000u, table.Count());
     EXPECT_EQ(60000u << 13, table.HighestNumber());
 }
 
