@@ -33,6 +33,8 @@ public:
 
     operator void*() const;    // NOLINT: part of the interface
     operator Object*() const;  // NOLINT: part of the interface
+    /// Whether there is data, for conditions: the two pointers above leave them ambiguous.
+    explicit operator bool() const { return m_data != nullptr; }
 
     /// The data, whatever its format.
     void* GetData() const;

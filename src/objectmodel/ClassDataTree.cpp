@@ -257,6 +257,7 @@ Result ClassData::Attach(Object* newOwner, TextView fieldName, FieldDescriptor* 
 void ClassData::BecomeChildOf(ClassData& newOwner, ClassData& newRoot)
 {
     owner = newOwner.object;
+    stateFlags &= ~kPulledInRoot;  // the tree owns it now, not the references that led to it
     JoinIds(newRoot);
     if ((stateFlags & kIdObject) != 0 && !id.HasValue() && !id.IsNone())
     {

@@ -53,7 +53,9 @@ TEST_F(HandleTest, NullAndClearedHandlesAreEmpty)
     EXPECT_EQ(0, null.IsObject());
     EXPECT_EQ(nullptr, null.GetObject());
     EXPECT_TRUE(null.GetFormat().IsEmpty());
+    EXPECT_FALSE(null ? true : false);
     Handle object(m_object.get());
+    EXPECT_TRUE(object ? true : false);
     object.Clear();
     EXPECT_TRUE(object == null);
     Handle foreign(&m_thing, u"STEP");

@@ -185,6 +185,47 @@ TEST_F(TreeTest, ADetachedTreeTakesItsIdsAlong)
     EXPECT_EQ("id3", Utf8(next->GetId())) << "numbers aren't used twice";
 }
 
+TEST_F(TreeTest, TheNumberOfAnIdThatWasReplacedIsNotGivenOutAgain)
+{
+    const auto product = Make(u"Product");
+    product->SetId(u"id50");
+    product->SetId(u"id3");
+    Object* group = Add(product.get(), u"PropertyGroup");
+    EXPECT_EQ("id51", Utf8(group->GetId()));
+    EXPECT_EQ(product.get(), group->ResolveId(u"id3"));
+    EXPECT_EQ(nullptr, group->ResolveId(u"id50"));
+    group->SetId(u"id90");
+    group->SetId(u"washer");
+    EXPECT_EQ("id91", Utf8(Add(group, u"Property")->GetId()));
+}
+
+TEST_F(TreeTest, DetachingWithAFieldNameLooksInThatFieldAlone)
+{
+    const auto unit = Make(u"Unit");
+    Object* second = Add(unit.get(), u"UnitComponent", u"Second");
+    EXPECT_THAT(Messages(second->SetOwner(nullptr, u"Metre")),
+                ElementsAre("ERROR 2: Cannot find child of type UnitComponent in parent of type "
+                            "Unit"));
+    EXPECT_EQ(unit.get(), second->GetOwner());
+    EXPECT_TRUE(second->SetOwner(nullptr, u"Second").Ok());
+    const std::unique_ptr<Object> held(second);
+    EXPECT_EQ(nullptr, second->GetOwner());
+    EXPECT_EQ(0, unit->HasField(u"Second", 4));
+}
+
+TEST_F(TreeTest, AMissingChildIsReportedAndEmptiesAFieldInside)
+{
+    const auto unit = Make(u"Unit");
+    EXPECT_THAT(Messages(unit->AddElement(static_cast<Object*>(nullptr), u"Metre")),
+                ElementsAre("ERROR 2: Unable to add Element: \"Metre\" to parent class: \"Unit\". "
+                            "NULL input element."));
+    Add(unit.get(), u"UnitComponent");
+    ClassData& data = *ClassData::Of(unit.get());
+    EXPECT_TRUE(data.PlaceChild(nullptr, u"Metre", nullptr, 0).Ok());
+    EXPECT_EQ(nullptr, data.fields);
+    EXPECT_EQ(2, data.PlaceChild(nullptr, u"Metre", nullptr, 0).GetCode());
+}
+
 TEST_F(TreeTest, AttachingEntersTheIdsOfTheSubtreeAndGivesMissingOnes)
 {
     const auto graph = Make(u"InstanceGraph");
@@ -212,6 +253,17 @@ TEST_F(TreeTest, GeneratedIdsBeyondNineDigitsStayFindable)
     {
         EXPECT_EQ(object, graph->ResolveId(object->GetId())) << Utf8(object->GetId());
     }
+}
+
+TEST_F(TreeTest, ATreeTakesOverARootThatReferencesBroughtIn)
+{
+    const auto graph = Make(u"InstanceGraph");
+    Object* product = Make(u"Product").release();
+    ClassData::Of(product)->stateFlags |= ClassData::kPulledInRoot;
+    ASSERT_TRUE(product->SetOwner(graph.get()).Ok());
+    ASSERT_TRUE(product->SetOwner(nullptr).Ok());
+    const std::unique_ptr<Object> held(product);  // no reference deletes it any more
+    EXPECT_EQ(0u, ClassData::Of(product)->stateFlags & ClassData::kPulledInRoot);
 }
 
 TEST_F(TreeTest, SearchesUpwardsTellDocumentsFromOtherRoots)
