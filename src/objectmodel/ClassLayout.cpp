@@ -94,21 +94,9 @@ const ClassLayout::Flat* ClassLayout::FlatForSearch() const
     return present;
 }
 
-template <class Find>
-FieldDescriptor* ClassLayout::Search(Find find) const
+FieldScope ClassLayout::ScopeOf(const Flat& flat)
 {
-    if (const Flat* flat = FlatForSearch())
-    {
-        return find(FieldScope{flat->fields, &flat->index});
-    }
-    for (std::size_t level = 0; level < m_depth; ++level)
-    {
-        if (FieldDescriptor* found = find(FieldScope{m_levels[level], m_indexes[level]}))
-        {
-            return found;
-        }
-    }
-    return nullptr;
+    return {flat.fields, &flat.index};
 }
 
 void ClassLayout::CollectRequired(std::span<const ClassDescriptorImpl* const> chain)
@@ -163,17 +151,15 @@ FieldDescriptor* ClassLayout::FindElement(TextView name) const
         [&](const FieldScope& scope)
         {
             FieldDescriptor* found = nullptr;
-            scope.ForHash(
-                hash,
-                [&](FieldDescriptor* field, std::uint32_t)
-                {
-                    if ((field->IsElement() || field->Type() == zorvexFieldContentElement) &&
-                        field->NameView() == name)
-                    {
-                        found = field;
-                    }
-                    return found != nullptr;
-                });
+            scope.ForHash(hash,
+                          [&](FieldDescriptor* field, std::uint32_t)
+                          {
+                              if (IsElementKind(*field) && field->NameView() == name)
+                              {
+                                  found = field;
+                              }
+                              return found != nullptr;
+                          });
             return found;
         });
 }

@@ -56,6 +56,30 @@ public:
     FieldDescriptor* FindAttribute(TextView xmlName) const;
     /// The element or content element field of exactly this name, derived first; null if none.
     FieldDescriptor* FindElement(TextView name) const;
+    /// The first element or content element field of this name in documents that `accept(field)`
+    /// takes, derived first; null if none.
+    template <class Accept>
+    FieldDescriptor* FindElementIf(TextView xmlName, Accept accept) const
+    {
+        const std::uint32_t hash = name_match::Hash(xmlName);
+        return Search(
+            [&](const FieldScope& scope)
+            {
+                FieldDescriptor* found = nullptr;
+                scope.ForHash(
+                    hash,
+                    [&](FieldDescriptor* field, std::uint32_t)
+                    {
+                        if ((field->IsElement() || field->Type() == zorvexFieldContentElement) &&
+                            field->XmlNameView() == xmlName && accept(*field))
+                        {
+                            found = field;
+                        }
+                        return found != nullptr;
+                    });
+                return found;
+            });
+    }
     /// The field that a text means, of the kinds in `mask`: of exactly that name anywhere in the
     /// class chain, else the first that the name match accepts. "load" and "location" mean the
     /// external reference.
@@ -90,7 +114,25 @@ private:
     const Flat* FlatForSearch() const;
     /// The first result of `find(scope)` that isn't null, over the classes from the derived one up.
     template <class Find>
-    FieldDescriptor* Search(Find find) const;
+    FieldDescriptor* Search(Find find) const
+    {
+        const Flat* flat = FlatForSearch();
+        const std::size_t scopes = flat != nullptr ? 1 : m_depth;
+        for (std::size_t i = 0; i < scopes; ++i)
+        {
+            if (FieldDescriptor* found = find(flat != nullptr ? ScopeOf(*flat) : LevelScope(i)))
+            {
+                return found;
+            }
+        }
+        return nullptr;
+    }
+    static FieldScope ScopeOf(const Flat& flat);
+    static bool IsElementKind(const FieldDescriptor& field)
+    {
+        return field.IsElement() || field.Type() == zorvexFieldContentElement;
+    }
+    FieldScope LevelScope(std::size_t level) const { return {m_levels[level], m_indexes[level]}; }
 
     std::uint32_t m_generation;
     std::size_t m_depth;                        // classes in the chain

@@ -305,6 +305,7 @@ bool FieldDescriptor::SetDefault(const String& value, bool borrowed)
     if (text == u"suppressId=true")
     {
         m_suppressId = true;
+        m_default = KeepText(value, borrowed);
     }
     return true;
 }

@@ -107,7 +107,9 @@ public:
     TextView XmlNameView() const { return m_xmlNameView; }
     const std::string& Utf8XmlName() const { return m_utf8XmlName; }
     const String& Prefix() const { return m_prefix; }
+    /// As registered: "suppressId=true" on an element field, which has no default otherwise.
     const String& DefaultValue() const { return m_default; }
+    /// The default of a value; empty on an element field.
     TextView DefaultView() const { return m_defaultView; }
 
     // --- the class that it holds or refers to

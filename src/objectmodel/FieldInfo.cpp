@@ -5,18 +5,6 @@
 namespace zorvex_api
 {
 
-namespace
-{
-
-/// The one default that an element field can have: it tells how its children are written.
-const String& SuppressIdDefault()
-{
-    static const String text = BorrowConstant(u"suppressId=true");
-    return text;
-}
-
-}  // namespace
-
 FieldInfo::FieldInfo() : m_descriptor(nullptr) {}
 FieldInfo::FieldInfo(FieldDescriptor* descriptor) : m_descriptor(descriptor) {}
 
@@ -47,16 +35,12 @@ const String& FieldInfo::GetClassString() const
 
 const String& FieldInfo::GetDefaultValue() const
 {
-    if (m_descriptor == nullptr)
-    {
-        return String::EmptyString();
-    }
-    return m_descriptor->SuppressId() ? SuppressIdDefault() : m_descriptor->DefaultValue();
+    return m_descriptor != nullptr ? m_descriptor->DefaultValue() : String::EmptyString();
 }
 
 int FieldInfo::HasDefaultValue() const
 {
-    return m_descriptor != nullptr && (m_descriptor->HasDefault() || m_descriptor->SuppressId());
+    return !GetDefaultValue().IsEmpty();
 }
 
 int FieldInfo::GetArrayLength() const
