@@ -85,6 +85,10 @@ void ParseStream(const String& path, Stream* stream, Configuration* options,
 void Parser::StartElement(const unsigned short* name, const UCharList& attributeNames,
                           const UCharList& attributeValues)
 {
+    if (name == nullptr || !m_impl->IsPrepared())
+    {
+        throw Exception(2, u"No parse is under way.");
+    }
     m_impl->StartElement(TextView(AsChar16(name)), attributeNames, attributeValues);
 }
 
@@ -95,7 +99,10 @@ void Parser::EndElement(const unsigned short*)
 
 void Parser::Characters(const unsigned short* text, std::size_t length)
 {
-    m_impl->Characters(TextView(AsChar16(text), length));
+    if (text != nullptr)
+    {
+        m_impl->Characters(TextView(AsChar16(text), length));
+    }
 }
 
 }  // namespace zorvex_api

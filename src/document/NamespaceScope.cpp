@@ -48,6 +48,14 @@ NamespaceScope::Name* NamespaceScope::Find(TextView prefix) const
     return found->name;
 }
 
+void NamespaceScope::RefreshKnown()
+{
+    for (Name& name : m_names)
+    {
+        name.known = Namespace::FindByUri(name.view) != nullptr;
+    }
+}
+
 void NamespaceScope::Close(unsigned depth)
 {
     while (!m_bindings.empty() && m_bindings.back().depth >= depth && depth > 0)

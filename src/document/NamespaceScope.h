@@ -39,6 +39,8 @@ public:
     /// The innermost binding of a prefix, null when there is none. The empty prefix asks for the
     /// default namespace; a binding to the empty URI takes it away.
     Name* Find(TextView prefix) const;
+    /// Asks anew which namespaces are known, when classes have come or gone.
+    void RefreshKnown();
     /// Drops the bindings of an element that ends.
     void Close(unsigned depth);
     /// The whole scope is searched anew when this differs.

@@ -1,6 +1,6 @@
 #include "document/ParseLimits.h"
 
-#include <cstdlib>
+#include <charconv>
 
 #include "runtime/Text.h"
 #include "zorvex_api/Configuration.h"
@@ -25,9 +25,10 @@ void ReadLimit(Configuration& options, const char16_t* path, std::uint64_t& limi
         return;
     }
     const std::string digits = ToUtf8(text);
-    char* end = nullptr;
-    const unsigned long long number = std::strtoull(digits.c_str(), &end, 10);
-    if (digits[0] != '-' && end != digits.c_str() && *end == '\0' && number > 0)
+    const char* const end = digits.data() + digits.size();
+    std::uint64_t number = 0;
+    const auto [stop, error] = std::from_chars(digits.data(), end, number);
+    if (error == std::errc() && stop == end && number > 0)
     {
         limit = number;
     }

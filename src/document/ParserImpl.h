@@ -46,6 +46,8 @@ public:
 
     /// Reads the options and the registered namespaces.
     void Prepare();
+    /// Whether the reader knows where its objects and messages go.
+    bool IsPrepared() const { return objects != nullptr && result != nullptr; }
 
     void StartElement(TextView name, const Parser::UCharList& names,
                       const Parser::UCharList& values);
@@ -66,8 +68,7 @@ public:
 
     // --- state that callers ask for
     // ---------------------------------------------------------------
-    std::u16string lastId;             // the last id read
-    std::uint64_t attributeUnits = 0;  // text of attributes delivered so far
+    std::u16string lastId;  // the last id read
 
 private:
     /// What an element name means below a class.
@@ -139,9 +140,10 @@ private:
     ClassDescriptor* FindRootClass(const ElementNamespace& ns);
     void StartChild(const ElementNamespace& ns, const Parser::UCharList& names,
                     const Parser::UCharList& values);
-    bool StartPlanned(const Plan& plan, const Parser::UCharList& names,
+    void StartPlanned(const Plan& plan, const Parser::UCharList& names,
                       const Parser::UCharList& values);
-    const Plan* FindPlan(const ElementNamespace& ns);
+    Plan* FindPlan(const ElementNamespace& ns);
+    static bool IsCurrent(const Plan& plan);
     Plan MakePlan(const ElementNamespace& ns);
     void StartSearched(const Plan& plan, const ElementNamespace& ns, const Parser::UCharList& names,
                        const Parser::UCharList& values);
@@ -181,12 +183,12 @@ private:
     void SetField(ClassData& data, FieldDescriptor& field, TextView value);
     void NoteReferences(ClassData& data, FieldDescriptor& field);
     void CheckRequired(ClassData& data, const Parser::UCharList& names);
-    TextView TakeValue(const unsigned short* value);
+    TextView TakeValue(const unsigned short* value) const;
 
     // --- text (ReaderText.cpp)
     // --------------------------------------------------------------------
-    void FlushText();
-    void JudgeRun(Frame& frame, TextView run);
+    void FlushText(bool beforeStartTag);
+    void JudgeRun(Frame& frame, TextView run, bool beforeStartTag);
     void StoreContent(Frame& frame);
     void CloseContentElement();
 
@@ -228,7 +230,8 @@ private:
     bool m_treatEmptyAsSet = false;
     bool m_checkDocument = true;
     bool m_noNamespaces = false;
-    int m_classCount = 0;
+    int m_classCount = 0;                // when the embedded schema began
+    std::size_t m_schemaReferences = 0;  // references met before it
     SubElementMode m_subElements = SubElementMode::Refuse;
     std::uint64_t m_skipDepth = 0;
     std::uint64_t m_depth = 0;  // open elements, skipped ones included

@@ -14,15 +14,14 @@ constexpr TextView kSchemaLocationEnding = u":schemaLocation";
 
 }  // namespace
 
-/// The value's text, counted and held against the limits.
-TextView ParserImpl::TakeValue(const unsigned short* value)
+/// The value's text, held against the limit.
+TextView ParserImpl::TakeValue(const unsigned short* value) const
 {
     const TextView text(value != nullptr ? AsChar16(value) : u"");
     if (text.size() * sizeof(char16_t) > limits.valueBytes)
     {
         limits.FailValue();
     }
-    attributeUnits += text.size();
     return text;
 }
 
@@ -68,7 +67,8 @@ void ParserImpl::ReadBuiltInAttributes(ClassData& data, const Parser::UCharList&
         {
             continue;
         }
-        if (FieldDescriptor* field = layout.FindAttribute(name))
+        FieldDescriptor* field = layout.FindAttribute(name);
+        if (field != nullptr && !field->IsContent())
         {
             SetField(data, *field, value);
             continue;
@@ -214,6 +214,10 @@ bool ParserImpl::ReadRuntimeAttribute(ClassData& data, TextView rawName, TextVie
     }
     ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(data.GetClassDescriptor());
     FieldDescriptor* field = impl->Layout().FindAttribute(name);
+    if (field != nullptr && field->IsContent())
+    {
+        field = nullptr;
+    }
     if (field == nullptr && name == u"id")
     {
         if (!impl->IsIdObject())

@@ -66,6 +66,7 @@ ParserImpl::~ParserImpl() = default;
 
 void ParserImpl::Prepare()
 {
+    limits = ParseLimits::FromOptions(options);
     m_ignoreUnknown = OptionText(options, u"adapters/ZORVEX/ignore_unknown_elements") != u"false";
     m_savedIgnoreUnknown = m_ignoreUnknown;
     m_treatEmptyAsSet = OptionText(options, u"adapters/ZORVEX/empty_attributes") == u"treat_as_set";
@@ -129,7 +130,7 @@ ParserImpl::ElementName& ParserImpl::InternName(TextView raw)
 void ParserImpl::StartElement(TextView name, const Parser::UCharList& names,
                               const Parser::UCharList& values)
 {
-    FlushText();
+    FlushText(true);
     if (++m_depth > limits.depth)
     {
         limits.FailDepth();
@@ -143,7 +144,8 @@ void ParserImpl::StartElement(TextView name, const Parser::UCharList& names,
     ElementNamespace ns = FindNamespace();
     ReportNamespace(ns, name);
 
-    if (IsEmbeddedSchemaStart())
+    const bool beginsSchema = IsEmbeddedSchemaStart();
+    if (beginsSchema)
     {
         BeginEmbeddedSchema();
         ns.known = true;
@@ -159,12 +161,16 @@ void ParserImpl::StartElement(TextView name, const Parser::UCharList& names,
     else
     {
         StartChild(ns, names, values);
+        if (beginsSchema)
+        {
+            Top().embeddedSchema = true;
+        }
     }
 }
 
 void ParserImpl::EndElement()
 {
-    FlushText();
+    FlushText(false);
     m_scope.Close(static_cast<unsigned>(m_depth));
     --m_depth;
     if (!m_inDocument)
@@ -231,6 +237,7 @@ void ParserImpl::OpenNamespaces(const Parser::UCharList& names, const Parser::UC
         }
         const TextView prefix = name.size() > 6 ? name.substr(6) : TextView();
         const TextView value = TakeValue(values[i]);
+        const MutexLock lock(kNamespaceMutex);
         const Namespace* registered = Namespace::FindByUri(value);
         if (registered != nullptr && registered->IsLegacy())
         {
@@ -255,9 +262,9 @@ ParserImpl::ElementNamespace ParserImpl::FindNamespace()
             m_defaultVersion = m_scope.Version();
         }
         ns.name = m_default;
-        if (ns.name == nullptr && !m_inDocument)
+        if (!m_inDocument)
         {
-            m_noNamespaces = true;
+            m_noNamespaces = ns.name == nullptr;
         }
         if (ns.name == nullptr && !m_noNamespaces)
         {
@@ -303,11 +310,10 @@ void ParserImpl::SkipElement()
 
 ClassDescriptor* ParserImpl::FindClass(const ElementNamespace& ns)
 {
-    if (m_noNamespaces)
-    {
-        return ClassRegistry::FindInAnyNamespace(m_name->local);
-    }
-    return ns.name != nullptr ? ClassRegistry::Find(ns.name->view, m_name->local) : nullptr;
+    ClassDescriptor* found =
+        ns.name != nullptr ? ClassRegistry::Find(ns.name->view, m_name->local) : nullptr;
+    return found == nullptr && m_noNamespaces ? ClassRegistry::FindInAnyNamespace(m_name->local)
+                                              : found;
 }
 
 ClassDescriptor* ParserImpl::FindRootClass(const ElementNamespace& ns)
@@ -362,9 +368,10 @@ void ParserImpl::StartRoot(const ElementNamespace& ns, const Parser::UCharList& 
 void ParserImpl::StartChild(const ElementNamespace& ns, const Parser::UCharList& names,
                             const Parser::UCharList& values)
 {
-    if (const Plan* plan = FindPlan(ns))
+    Plan* kept = FindPlan(ns);
+    if (kept != nullptr && IsCurrent(*kept))
     {
-        StartPlanned(*plan, names, values);
+        StartPlanned(*kept, names, values);
         return;
     }
     if (StartBound(names, values) || StartSchemaInfo(names, values))
@@ -372,28 +379,40 @@ void ParserImpl::StartChild(const ElementNamespace& ns, const Parser::UCharList&
         return;
     }
     const Plan plan = MakePlan(ns);
-    if (plan.kind != PlanKind::Other)
+    if (plan.kind == PlanKind::Other)
     {
-        m_name->plans.push_back(plan);
-        StartPlanned(plan, names, values);
+        StartSearched(plan, ns, names, values);
         return;
     }
-    StartSearched(plan, ns, names, values);
+    if (kept != nullptr)
+    {
+        *kept = plan;
+    }
+    else
+    {
+        m_name->plans.push_back(plan);
+    }
+    StartPlanned(plan, names, values);
 }
 
-const ParserImpl::Plan* ParserImpl::FindPlan(const ElementNamespace& ns)
+ParserImpl::Plan* ParserImpl::FindPlan(const ElementNamespace& ns)
 {
     const ClassDescriptorImpl* parent = ClassDescriptorImpl::Of(Current()->GetClassDescriptor());
-    for (const Plan& plan : m_name->plans)
+    for (Plan& plan : m_name->plans)
     {
-        if (plan.parent == parent && plan.ns == ns.name &&
-            plan.parentGeneration == parent->Generation() &&
-            plan.namesGeneration == ClassRegistry::NamesGeneration())
+        if (plan.parent == parent && plan.ns == ns.name)
         {
             return &plan;
         }
     }
     return nullptr;
+}
+
+/// Whether nothing has changed since that could lead elsewhere.
+bool ParserImpl::IsCurrent(const Plan& plan)
+{
+    return plan.parentGeneration == plan.parent->Generation() &&
+           plan.namesGeneration == ClassRegistry::NamesGeneration();
 }
 
 /// Looks the element up as a field of the open object's class, then as a substitute for one.
@@ -442,16 +461,15 @@ ParserImpl::Plan ParserImpl::MakePlan(const ElementNamespace& ns)
     return plan;
 }
 
-bool ParserImpl::StartPlanned(const Plan& plan, const Parser::UCharList& names,
+void ParserImpl::StartPlanned(const Plan& plan, const Parser::UCharList& names,
                               const Parser::UCharList& values)
 {
     if (plan.kind == PlanKind::ContentElement)
     {
         OpenContentElement(SAXContainerObject::Form::Field, plan.field, names);
-        return true;
+        return;
     }
     OpenObject(plan.descriptor, plan.field, plan.remembered, names, values);
-    return true;
 }
 
 void ParserImpl::StartSearched(const Plan& plan, const ElementNamespace& ns,
@@ -475,28 +493,23 @@ void ParserImpl::StartSearched(const Plan& plan, const ElementNamespace& ns,
 FieldDescriptor* ParserImpl::FindNamedField(const ElementNamespace& ns)
 {
     const ClassDescriptorImpl* parent = ClassDescriptorImpl::Of(Current()->GetClassDescriptor());
-    for (FieldDescriptor* field : parent->Layout().DerivedFirst())
+    const auto accepts = [&](const FieldDescriptor& field)
     {
-        const int type = field->Type();
-        if ((type != zorvexFieldSingleElement && type != zorvexFieldMultipleElement &&
-             type != zorvexFieldContentElement) ||
-            field->IsWildcard() || field->XmlNameView() != m_name->local)
+        if (field.IsWildcard())
         {
-            continue;
+            return false;
         }
         if (m_noNamespaces || ns.name == nullptr)
         {
-            return field;
+            return true;
         }
-        const ClassDescriptorImpl* fieldClass =
-            type == zorvexFieldContentElement ? nullptr : ClassDescriptorImpl::Of(field->Class());
-        if ((fieldClass != nullptr && View(fieldClass->NamespaceUri()) == ns.name->view) ||
-            (field->Owner() != nullptr && View(field->Owner()->NamespaceUri()) == ns.name->view))
-        {
-            return field;
-        }
-    }
-    return nullptr;
+        const ClassDescriptorImpl* fieldClass = field.Type() == zorvexFieldContentElement
+                                                    ? nullptr
+                                                    : ClassDescriptorImpl::Of(field.Class());
+        return (fieldClass != nullptr && View(fieldClass->NamespaceUri()) == ns.name->view) ||
+               (field.Owner() != nullptr && View(field.Owner()->NamespaceUri()) == ns.name->view);
+    };
+    return parent->Layout().FindElementIf(m_name->local, accepts);
 }
 
 ClassDescriptor* ParserImpl::ClassOfField(FieldDescriptor* field, const ElementNamespace& ns)
@@ -540,7 +553,7 @@ void ParserImpl::StartOpen(const ElementNamespace& ns, const Parser::UCharList& 
         field =
             parent->AddRuntimeField(m_name->local, zorvexFieldMultipleElement, descriptor, nullptr);
     }
-    OpenObject(descriptor, field, nullptr, names, values);
+    OpenObject(descriptor, field, RememberedName(descriptor, nullptr), names, values);
 }
 
 void ParserImpl::StartUnfielded(ClassDescriptor* found, const ElementNamespace& ns,
@@ -564,7 +577,7 @@ void ParserImpl::StartUnfielded(ClassDescriptor* found, const ElementNamespace& 
         return;
     }
     ClassDescriptor* descriptor = MakeRuntimeClass(ns, chosen->Class());
-    OpenObject(descriptor, chosen, nullptr, names, values);
+    OpenObject(descriptor, chosen, RememberedName(descriptor, chosen), names, values);
 }
 
 void ParserImpl::StartUnderWildcard(ClassDescriptor* found, const ElementNamespace& ns,

@@ -39,6 +39,7 @@ void ParserImpl::BeginEmbeddedSchema()
     m_savedIgnoreUnknown = m_ignoreUnknown;
     m_ignoreUnknown = false;
     m_classCount = ClassDescriptor::NumberOfClassDescriptors();
+    m_schemaReferences = references != nullptr ? references->size() : 0;
     schemaMode = 1;
 }
 
@@ -81,12 +82,17 @@ void ParserImpl::ReleaseEmbeddedSchema(ClassData& schema)
             field->ForgetClass();
         }
     }
+    if (references != nullptr)
+    {
+        references->resize(m_schemaReferences);  // those met since stand in the schema
+    }
     delete schema.object;
     const TextView schemaNamespace = uris::kXmlSchema;
     if (ClassDescriptor::NumberOfClassDescriptors() > m_classCount)
     {
         ClassRegistry::ReleaseRuntimeClasses(&schemaNamespace);
     }
+    m_scope.RefreshKnown();
 }
 
 /// A "Schema" that names a schema file. A relative name is read against the document's folder.
@@ -111,6 +117,7 @@ void ParserImpl::LoadReferencedSchema(ClassData& schema)
     internal::LoadDocumentInto(target.GetString(), handles, schemaOptions.get(), loaded,
                                internal::LoadSwitches());
     result->Merge(loaded);
+    m_scope.RefreshKnown();
 }
 
 }  // namespace zorvex_api

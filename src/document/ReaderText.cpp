@@ -32,7 +32,7 @@ void ParserImpl::Characters(TextView text)
 }
 
 /// Text is judged in whole runs up to the next tag: the parser may deliver one in pieces.
-void ParserImpl::FlushText()
+void ParserImpl::FlushText(bool beforeStartTag)
 {
     if (m_text.empty())
     {
@@ -40,7 +40,7 @@ void ParserImpl::FlushText()
     }
     if (!m_inContentElement)
     {
-        JudgeRun(Top(), m_text);
+        JudgeRun(Top(), m_text, beforeStartTag);
     }
     else if (!IsWhiteSpace(m_text))
     {
@@ -49,31 +49,32 @@ void ParserImpl::FlushText()
     m_text.clear();
 }
 
-void ParserImpl::JudgeRun(Frame& frame, TextView run)
+void ParserImpl::JudgeRun(Frame& frame, TextView run, bool beforeStartTag)
 {
     ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(frame.data->GetClassDescriptor());
     const FieldDescriptor* content = impl->Layout().Content();
     const bool blank = IsWhiteSpace(run);
-    if (content != nullptr)
-    {
-        if (!blank || content->Type() == zorvexFieldString)
-        {
-            frame.gathered += run;
-        }
-        return;
-    }
-    if (blank)
+    if (blank && (content == nullptr || content->Type() != zorvexFieldString))
     {
         return;
     }
-    if (impl->IsRuntimeClass())
+    if (content == nullptr && !impl->IsRuntimeClass())
+    {
+        Fail(520, String(u"Unexpected element content: <") + impl->Name() + String(u">: >") +
+                      ToString(run) + String(u"<"));
+        return;
+    }
+    if (content == nullptr)
     {
         impl->AddRuntimeField(u"Content", zorvexFieldString, nullptr, nullptr);
-        frame.gathered += run;
-        return;
     }
-    Fail(520, String(u"Unexpected element content: <") + impl->Name() + String(u">: >") +
-                  ToString(run) + String(u"<"));
+    if (beforeStartTag && run.back() == u'\n')
+    {
+        // The writer puts each element on a line of its own: that break isn't part of the text, or
+        // the text would grow with each save.
+        run.remove_suffix(1);
+    }
+    frame.gathered += run;
 }
 
 void ParserImpl::StoreContent(Frame& frame)

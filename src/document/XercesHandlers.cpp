@@ -6,7 +6,6 @@
 #include <xercesc/util/XMLUni.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
-#include "document/ParserImpl.h"
 #include "document/XercesParser.h"
 #include "runtime/Text.h"
 
@@ -67,7 +66,10 @@ void EntityWatch::CountParameterEntity(const XMLCh* name, const XMLCh* value, XM
 
 // --- WatchedParser -------------------------------------------------------------------------------
 
-WatchedParser::WatchedParser(EntityWatch& watch) : m_watch(watch) {}
+WatchedParser::WatchedParser(EntityWatch& watch, xercesc::MemoryManager& memory)
+    : SAXParser(nullptr, &memory), m_watch(watch)
+{
+}
 
 void WatchedParser::startEntityReference(const xercesc::XMLEntityDecl& declaration)
 {
@@ -78,6 +80,7 @@ void WatchedParser::startEntityReference(const xercesc::XMLEntityDecl& declarati
 void WatchedParser::entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter,
                                const bool isIgnored)
 {
+    m_watch.NoteDeclaration();
     if (isParameter)
     {
         m_watch.CountParameterEntity(declaration.getName(), declaration.getValue(),
@@ -142,12 +145,16 @@ void XercesDocumentHandler::characters(const XMLCh* const text, const XMLSize_t 
 void XercesDocumentHandler::startElement(const XMLCh* const name,
                                          xercesc::AttributeList& attributes)
 {
+    if (m_watch.HasEntities())
+    {
+        for (XMLSize_t i = 0; i < attributes.getLength(); ++i)
+        {
+            m_watch.CountText(xercesc::XMLString::stringLen(attributes.getValue(i)));
+        }
+    }
     const ArrayRef names(attributes, false);
     const ArrayRef values(attributes, true);
     m_parser.StartElement(AsUnits(name), names, values);
-    const std::uint64_t delivered = m_parser.GetImplementation()->attributeUnits;
-    m_watch.CountText(delivered - m_countedAttributes);
-    m_countedAttributes = delivered;
 }
 
 void XercesDocumentHandler::endElement(const XMLCh* const name)

@@ -34,6 +34,9 @@ public:
         }
     }
     void CountExpansion();
+    /// Text can be more than what was read only where the document declares entities.
+    void NoteDeclaration() { m_hasEntities = true; }
+    bool HasEntities() const { return m_hasEntities; }
     /// A declared parameter entity: its value may name others, so that its expansions multiply.
     void CountParameterEntity(const XMLCh* name, const XMLCh* value, XMLSize_t length);
     [[noreturn]] void FailExpansions() const { m_limits.FailEntityExpansions(); }
@@ -45,6 +48,7 @@ private:
     const XMLFilePos& m_bytesRead;
     std::uint64_t m_delivered = 0;
     std::uint64_t m_expansions = 0;
+    bool m_hasEntities = false;
     // How many entities one use of a parameter entity expands, itself included.
     std::unordered_map<std::u16string, std::uint64_t> m_weights;
 };
@@ -53,7 +57,7 @@ private:
 class WatchedParser : public xercesc::SAXParser
 {
 public:
-    explicit WatchedParser(EntityWatch& watch);
+    WatchedParser(EntityWatch& watch, xercesc::MemoryManager& memory);
 
     void startEntityReference(const xercesc::XMLEntityDecl& declaration) override;
     void entityDecl(const xercesc::DTDEntityDecl& declaration, const bool isParameter,
@@ -86,7 +90,6 @@ public:
 
 private:
     Xerces& m_parser;
-    std::uint64_t m_countedAttributes = 0;
     EntityWatch& m_watch;
 };
 

@@ -1,13 +1,10 @@
 #include "document/XercesParser.h"
 
-#include <xercesc/sax/SAXException.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
-#include <xercesc/util/XMLException.hpp>
-
 #include "document/ParserImpl.h"
 #include "document/ParserPlugin.h"
 #include "document/XercesHandlers.h"
 #include "document/XercesInput.h"
+#include "document/XercesMemory.h"
 #include "runtime/Text.h"
 #include "runtime/XmlPlatform.h"
 #include "transport/PluginSlots.h"
@@ -71,17 +68,16 @@ void Configure(WatchedParser& parser, Configuration* options,
     parser.setSecurityManager(&securityManager);
 }
 
-void RunParser(Xerces& plugin, Stream* stream, Configuration* options)
+void RunParser(Xerces& plugin, Stream* stream, Configuration* options, XMLFilePos& bytesRead,
+               XercesMemory& memory)
 {
-    zorvex_api::ParserImpl& reader = *plugin.GetImplementation();
-    const zorvex_api::ParseLimits limits = zorvex_api::ParseLimits::FromOptions(options);
-    reader.limits = limits;
-    XMLFilePos bytesRead = 0;
+    const zorvex_api::ParserImpl& reader = *plugin.GetImplementation();
+    const zorvex_api::ParseLimits& limits = reader.limits;
     EntityWatch watch(limits, bytesRead);
 
     xercesc::SecurityManager securityManager;
     securityManager.setEntityExpansionLimit(static_cast<XMLSize_t>(limits.entityExpansions));
-    WatchedParser parser(watch);
+    WatchedParser parser(watch, memory);
     XercesDocumentHandler documentHandler(plugin, watch);
     XercesDTDHandler declarationHandler;
     XercesErrorHandler errorHandler;
@@ -103,19 +99,14 @@ String MessageOf(const XMLCh* message)
 /// Turns whatever the parse throws into an error; what was built so far stays.
 void ParseStreamOf(Xerces& plugin, Stream* stream, Configuration* options, Result& result)
 {
+    XMLFilePos bytesRead = 0;
+    // Exceptions of the parse have their texts there.
+    XercesMemory memory(plugin.GetImplementation()->limits, bytesRead);
     try
     {
-        RunParser(plugin, stream, options);
+        RunParser(plugin, stream, options, bytesRead, memory);
     }
     catch (const xercesc::SAXParseException& exception)
-    {
-        result.AddError(4, String(u"XML Parser error: ") + MessageOf(exception.getMessage()));
-    }
-    catch (const xercesc::SAXException& exception)
-    {
-        result.AddError(4, String(u"XML Parser error: ") + MessageOf(exception.getMessage()));
-    }
-    catch (const xercesc::XMLException& exception)
     {
         result.AddError(4, String(u"XML Parser error: ") + MessageOf(exception.getMessage()));
     }
@@ -162,6 +153,16 @@ void Xerces::Process(PluginProcessData* data)
         return;
     }
     auto* result = GetSlot<Result>(*data, kResultSlot);
+    auto* stream = GetSlot<Stream>(*data, kStreamSlot);
+    if (result == nullptr)
+    {
+        return;  // nobody to tell
+    }
+    if (stream == nullptr || !GetImplementation()->IsPrepared())
+    {
+        result->AddError(19, u"Only the document reader can parse a stream.");
+        return;
+    }
     if (!zorvex_api::XmlPlatform::Start())
     {
         result->AddError(82, u"Unable to initialise parser.");
@@ -175,7 +176,7 @@ void Xerces::Process(PluginProcessData* data)
         result->AddError(6, u"Invalid Parser operation code.");
         return;
     }
-    ParseStreamOf(*this, GetSlot<Stream>(*data, kStreamSlot), options, *result);
+    ParseStreamOf(*this, stream, options, *result);
 }
 
 }  // namespace zorvex_parser
