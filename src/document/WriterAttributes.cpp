@@ -187,7 +187,9 @@ void ZORVEXWriter::AppendUri(ClassData& data, FieldDescriptor& field, int index)
         const String plain = rep->GetText();
         String readBack;
         Pointer::UnescapeString(plain, readBack, 8);
-        text = readBack == plain ? plain : text;
+        const bool splits = field.Type() == zorvexFieldMultipleURI &&
+                            View(plain).find_first_of(u" \t\r\n") != TextView::npos;
+        text = readBack == plain && !splits ? plain : text;
     }
     m_value += ToUtf8(text);
 }

@@ -1,5 +1,6 @@
 #include "document/ZORVEXWriter.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 #include "objectmodel/ElementList.h"
@@ -91,24 +92,72 @@ private:
 
 }  // namespace
 
+/// Two namespaces of a tree can have the same prefix, or both none. The root's tag declares one,
+/// the root's own before others; elements of the other declare theirs.
 void ZORVEXWriter::WriteNamespaces(Object* root)
 {
     TC used;
     used.Visit(*ClassData::Of(root));
     const ClassDescriptorImpl& rootClass =
         *ClassDescriptorImpl::Of(ClassData::Of(root)->GetClassDescriptor());
+    const String& rootUri = rootClass.NamespaceUri();
     const bool runtimeRoot = rootClass.IsRuntimeClass() && rootClass.NamespacePrefix().IsEmpty();
 
     const MutexLock lock(kNamespaceMutex);
     for (const Namespace* ns = Namespace::First(); ns != nullptr; ns = ns->Next())
     {
-        const bool lendsDefault =
-            ns->IsDefault() || (runtimeRoot && View(ns->Uri()) == View(rootClass.NamespaceUri()));
+        const bool isRoots = View(ns->Uri()) == View(rootUri);
+        const bool lendsDefault = ns->IsDefault() || (runtimeRoot && isRoots);
         if (ns->IsLegacy() || !used.Uses(ns->Uri()) || (ns->Prefix().IsEmpty() && !lendsDefault))
         {
             continue;
         }
+        const bool leavesToRoot = !isRoots && !rootUri.IsEmpty() &&
+                                  View(ns->Prefix()) == View(rootClass.NamespacePrefix());
+        if (leavesToRoot || FindBinding(KeepText(ns->Prefix())) != nullptr)
+        {
+            m_prefixesClash = true;
+            continue;
+        }
         m_textStream.WriteNamespace(ns->Prefix(), ns->Uri());
+        Bind(ns->Prefix(), ns->Uri());
+    }
+}
+
+/// The declaration of an element whose prefix stands for another namespace here.
+void ZORVEXWriter::WriteOwnNamespace(const ClassDescriptorImpl& descriptor, std::string_view prefix)
+{
+    const String& uri = descriptor.NamespaceUri();
+    if (uri.IsEmpty() || prefix != PrefixOf(descriptor))
+    {
+        return;
+    }
+    const Binding* bound = FindBinding(prefix);
+    if (bound == nullptr || View(bound->uri) != View(uri))
+    {
+        m_textStream.WriteNamespace(descriptor.NamespacePrefix(), uri);
+        Bind(descriptor.NamespacePrefix(), uri);
+    }
+}
+
+const ZORVEXWriter::Binding* ZORVEXWriter::FindBinding(std::string_view prefix) const
+{
+    const auto found = std::find_if(m_bindings.rbegin(), m_bindings.rend(),
+                                    [prefix](const Binding& b) { return b.prefix == prefix; });
+    return found != m_bindings.rend() ? &*found : nullptr;
+}
+
+void ZORVEXWriter::Bind(const String& prefix, const String& uri)
+{
+    m_bindings.push_back({KeepText(prefix), uri, m_frames.size()});
+}
+
+/// Forgets what the element that has just ended declared; the root's declarations stay to the end.
+void ZORVEXWriter::CloseNamespaces()
+{
+    while (!m_bindings.empty() && m_bindings.back().depth == m_frames.size() && !m_frames.empty())
+    {
+        m_bindings.pop_back();
     }
 }
 

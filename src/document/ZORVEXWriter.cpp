@@ -110,11 +110,15 @@ void ZORVEXWriter::WriteTree()
 void ZORVEXWriter::OpenElement(ClassData& data, FieldDescriptor* field, const Name& name,
                                bool isRoot)
 {
+    const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(data.GetClassDescriptor());
     if (!isRoot)
     {
         m_textStream.WriteStartTag(name.prefix, name.text, false, false);
+        if (m_prefixesClash)
+        {
+            WriteOwnNamespace(descriptor, name.prefix);
+        }
     }
-    const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(data.GetClassDescriptor());
     Frame frame{};
     frame.data = &data;
     frame.layout = &descriptor.Layout();
@@ -134,6 +138,10 @@ void ZORVEXWriter::CloseElement()
 {
     m_textStream.WriteEndTag(m_frames.back().prefix, m_frames.back().name);
     m_frames.pop_back();
+    if (m_prefixesClash)
+    {
+        CloseNamespaces();
+    }
 }
 
 /// Takes one step in the innermost open element; false when it has nothing more.

@@ -72,8 +72,20 @@ private:
         std::string_view text;
     };
 
+    /// A prefix that stands for a namespace from an open element on.
+    struct Binding
+    {
+        std::string_view prefix;
+        zorvex_api::String uri;
+        std::size_t depth;  // elements open around it
+    };
+
     // --- namespaces (WriterNamespaces.cpp)
     void WriteNamespaces(Object* root);
+    void WriteOwnNamespace(const ClassDescriptorImpl& descriptor, std::string_view prefix);
+    void CloseNamespaces();
+    const Binding* FindBinding(std::string_view prefix) const;
+    void Bind(const zorvex_api::String& prefix, const zorvex_api::String& uri);
 
     // --- elements
     void WriteTree();
@@ -111,6 +123,8 @@ private:
     std::string m_value;    // the value in hand, UTF-8
     std::u16string m_wide;  // scratch
     std::vector<Frame> m_frames;
+    std::vector<Binding> m_bindings;  // outermost first
+    bool m_prefixesClash = false;     // two namespaces of the tree have the same prefix
     std::unordered_map<const ClassDescriptorImpl*, std::string> m_prefixes;
     std::unordered_map<std::string, std::unique_ptr<std::string>> m_texts;  // names that are kept
     std::unique_ptr<zorvex_api::Pointer> m_rootPointer;
