@@ -41,9 +41,10 @@ public:
     Adapter* operator->() const;
 
 private:
+    AdapterRef(Adapter* previous, Configuration* options);
+
     void Build(const Pointer& pointer);
     bool PushFormat(const Pointer& pointer, const String& type, const String& context);
-    void PushLocation(const String& context);
     void Push(Adapter* adapter, const String& context, bool isNew);
     void ReleaseChain();
 

@@ -45,7 +45,7 @@ public:
     void SetName(const String& name);
 
     /// The next more general plug-in, or null; not owned. The candidate with the longest chain of
-    /// bases is preferred.
+    /// bases is preferred. A base that stands on this descriptor itself isn't taken.
     PluginDescriptor* GetBase() const;
     void SetBase(PluginDescriptor* base);
 

@@ -16,7 +16,9 @@ struct PluginProcessDataImpl;
 /// |---|---|
 /// | 0 | `Result*` |
 /// | 1 | `Configuration*` |
-/// | 2 | `Object*` |
+/// | 2 | `Object*`; for a resolver's codes 1 and 2 the owner of the reference, which may be null |
+/// | 3 | `const char*`, UTF-8: for a resolver's codes 1 and 2 the name of the reference's field |
+/// | 4 | `Pointer*`, for a resolver's codes 1 and 2: where the reference leads; may be changed |
 /// | 5 | `unsigned int*`, the open mode |
 /// | 6 | `int*`, a resolver's answer to the codes 1 and 2 |
 /// | 7 | `Stream**`, where a stream comes out; it belongs to whoever asked |

@@ -2,6 +2,7 @@
 
 #include "document/ParserImpl.h"
 #include "transport/PluginInstances.h"
+#include "transport/PluginRegistry.h"
 #include "transport/PluginSlots.h"
 #include "zorvex_api/Parser.h"
 #include "zorvex_api/PluginDescriptor.h"
@@ -44,10 +45,7 @@ Parser::Parser() : m_impl(new ParserImpl) {}
 
 Parser::~Parser()
 {
-    if (PluginDescriptor* descriptor = g_baseDescriptor)
-    {
-        descriptor->RemoveInstance(this);
-    }
+    internal::ForgetHeldInstance(this);
     delete m_impl;
 }
 

@@ -78,6 +78,20 @@ void LoadStream(Adapter* below, const PluginProcessData& data)
     }
 }
 
+/// Deletes those that are live: who was handed a stream may have deleted it already.
+void DestroyStreams(const PluginProcessData& data)
+{
+    const auto* handles = GetSlot<Array<Handle>>(data, internal::kHandlesSlot);
+    for (int i = 0; handles != nullptr && i < handles->GetSize(); ++i)
+    {
+        const Handle& handle = handles->GetAt(i);
+        if (handle.IsObject() == 0)
+        {
+            delete FindLiveStream(handle.GetData());
+        }
+    }
+}
+
 }  // namespace
 
 PluginDescriptor* STREAM::GetPluginDescriptor()
@@ -102,6 +116,9 @@ void STREAM::Process(PluginProcessData* data)
             break;
         case ZORVEX_OP_ADAPTER_LOAD:
             LoadStream(GetPrevious(), *data);
+            break;
+        case ZORVEX_OP_ADAPTER_DESTROY:
+            DestroyStreams(*data);
             break;
         case ZORVEX_OP_ADAPTER_RESET:
             break;

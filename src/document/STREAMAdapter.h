@@ -16,7 +16,8 @@ public:
     zorvex_api::PluginDescriptor* GetPluginDescriptor() override;
 
     /// GET gives the stream, if the address is that of a live one. LOAD gives the stream of the
-    /// adapter below as a handle of the format "STREAM". RESET, CLONE; others as the base.
+    /// adapter below as a handle of the format "STREAM", and DESTROY deletes the streams of such
+    /// handles. RESET, CLONE; others as the base.
     void Process(zorvex_api::PluginProcessData* data) override;
 };
 

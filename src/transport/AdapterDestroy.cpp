@@ -1,3 +1,5 @@
+#include <memory>
+
 #include "objectmodel/UpperServices.h"
 #include "transport/PluginInstances.h"
 #include "transport/PluginLock.h"
@@ -17,16 +19,13 @@ void DestroyForeign(const Handle& handle)
     {
         return;
     }
+    const std::unique_ptr<Adapter> owned(isNew != 0 ? adapter : nullptr);
     Array<Handle> handles;
     handles.Add(handle);
     PluginProcessData data;
     data.m_operation = ZORVEX_OP_ADAPTER_DESTROY;
     data.Set(internal::kHandlesSlot, &handles);
     internal::ProcessLocked(adapter, data);
-    if (isNew != 0)
-    {
-        internal::ReleaseInstance(internal::kAdapterPlugin, adapter);
-    }
 }
 
 }  // namespace zorvex_api::upper

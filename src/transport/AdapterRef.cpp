@@ -46,6 +46,7 @@ void ResetShared(Adapter& adapter, Configuration* options)
     impl.context = String();
     impl.previous = nullptr;
     impl.borrowsPrevious = 0;
+    impl.handle = nullptr;
 }
 
 bool IsShared(const Adapter& adapter)
@@ -70,6 +71,15 @@ String LocationOf(const Pointer& pointer)
 
 }  // namespace
 
+/// The others start from here, so that what one of them has built goes when it throws.
+AdapterRef::AdapterRef(Adapter* previous, Configuration* options)
+    : m_adapter(previous),
+      m_previous(previous),
+      m_savedNext(previous != nullptr ? previous->GetNext() : nullptr),
+      m_options(options)
+{
+}
+
 AdapterRef::AdapterRef(const Pointer& pointer, Adapter* previous)
     : AdapterRef(pointer, previous, nullptr)
 {
@@ -81,10 +91,7 @@ AdapterRef::AdapterRef(const String& format, Adapter* previous)
 }
 
 AdapterRef::AdapterRef(const Pointer& pointer, Adapter* previous, Configuration* options)
-    : m_adapter(previous),
-      m_previous(previous),
-      m_savedNext(previous != nullptr ? previous->GetNext() : nullptr),
-      m_options(options)
+    : AdapterRef(previous, options)
 {
     Build(pointer);
     if (m_adapter == m_previous)
@@ -94,10 +101,7 @@ AdapterRef::AdapterRef(const Pointer& pointer, Adapter* previous, Configuration*
 }
 
 AdapterRef::AdapterRef(const String& format, Adapter* previous, Configuration* options)
-    : m_adapter(previous),
-      m_previous(previous),
-      m_savedNext(previous != nullptr ? previous->GetNext() : nullptr),
-      m_options(options)
+    : AdapterRef(previous, options)
 {
     int isNew = 0;
     Adapter* adapter = internal::FindAdapter(format, options, isNew);

@@ -61,7 +61,12 @@ std::uintptr_t ReadAddress(TextView text)
 
 Stream* FindLiveStream(TextView address)
 {
-    auto* stream = reinterpret_cast<Stream*>(ReadAddress(address));
+    return FindLiveStream(reinterpret_cast<void*>(ReadAddress(address)));
+}
+
+Stream* FindLiveStream(void* address)
+{
+    auto* stream = static_cast<Stream*>(address);
     LiveTable& table = Table();
     const std::lock_guard<std::mutex> lock(table.mutex);
     return table.streams.count(stream) != 0 ? stream : nullptr;

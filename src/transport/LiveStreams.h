@@ -11,6 +11,8 @@ class Stream;
 /// The live Stream whose address `address` gives in the form of "%p"; null for any other text and
 /// for an address that isn't that of a Stream alive in this process. Nothing is dereferenced.
 Stream* FindLiveStream(TextView address);
+/// The same for an address that isn't text.
+Stream* FindLiveStream(void* address);
 
 /// The address as `FindLiveStream` reads it.
 String StreamAddress(const Stream* stream);

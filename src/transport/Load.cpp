@@ -1,10 +1,7 @@
 #include "zorvex_api/Load.h"
 
-#include <memory>
-#include <vector>
-
-#include "objectmodel/ObjectPin.h"
 #include "transport/LoadRoutine.h"
+#include "transport/SurplusRoots.h"
 #include "zorvex_api/Configuration.h"
 #include "zorvex_api/Object.h"
 
@@ -18,30 +15,6 @@ namespace
 Configuration* Unchanged(const Configuration& options)
 {
     return const_cast<Configuration*>(&options);
-}
-
-// Roots that LoadDocument doesn't give out stay with the first one, which may refer to them.
-constexpr int kSurplusRoots = -40;
-
-using Roots = std::vector<Object*>;
-
-void DestroySurplusRoots(ClassData&, void* data)
-{
-    const std::unique_ptr<Roots> roots(static_cast<Roots*>(data));
-    for (const Object* root : *roots)
-    {
-        delete root;
-    }
-}
-
-[[maybe_unused]] const int g_destroyer =
-    ClassData::RegisterExtensionDestroyer(kSurplusRoots, &DestroySurplusRoots);
-
-void KeepSurplusRoots(const Array<Object*>& documents)
-{
-    auto roots = std::make_unique<Roots>(documents.begin() + 1, documents.end());
-    const ObjectPin first(documents[0]);
-    first->SetExtension(kSurplusRoots, roots.release());
 }
 
 }  // namespace
@@ -68,7 +41,7 @@ Result LoadDocument(const String& uri, const Configuration& options, Object** do
     }
     if (documents.GetSize() > 1)
     {
-        KeepSurplusRoots(documents);
+        internal::KeepSurplusRoots(documents);
         result.AddError(4,
                         u"More than one DocumentBase element in the document - the first has been "
                         u"loaded");

@@ -120,10 +120,15 @@ struct LoadWork
     Result& result;
 };
 
-/// With `multiple` a pointer without a format gets one.
-String FormatOfWhole(LoadWork& work)
+/// What the pointer says; with `multiple` a pointer without a format gets one.
+String FormatOfReference(LoadWork& work, bool multiple)
 {
-    String format = FormatOption(&work.options);
+    String format = work.pointer.GetFormat();
+    if (!multiple || format.IsEmpty() == 0)
+    {
+        return format;
+    }
+    format = FormatOption(&work.options);
     if (format.IsEmpty() != 0)
     {
         format = FindOrAskFormatByExtension(work.pointer);
@@ -136,10 +141,8 @@ void LoadAsReference(LoadWork& work, bool multiple)
 {
     LooseReference reference;
     reference.rep.StoreText(View(work.pointer.GetString()));
-    if (multiple)
-    {
-        reference.rep.StoreFormat(View(FormatOfWhole(work)));
-    }
+    // A lone adapter isn't part of the text.
+    reference.rep.StoreFormat(View(FormatOfReference(work, multiple)));
     reference.rep.Resolve(nullptr, nullptr, &work.options, work.resolver, nullptr, 0, true,
                           work.result);
     Array<Handle> found;

@@ -61,6 +61,13 @@ PluginDescriptor* PluginDescriptor::GetBase() const
 
 void PluginDescriptor::SetBase(PluginDescriptor* base)
 {
+    for (const PluginDescriptor* above = base; above != nullptr; above = above->m_impl->base)
+    {
+        if (above == this)
+        {
+            return;
+        }
+    }
     m_impl->base = base;
 }
 

@@ -4,6 +4,7 @@
 #include "transport/LiveStreams.h"
 #include "transport/PluginSlots.h"
 #include "zorvex_api/AdapterRef.h"
+#include "zorvex_api/Load.h"
 #include "zorvex_api/MemoryStream.h"
 #include "zorvex_api/Pointer.h"
 
@@ -44,6 +45,20 @@ TEST_F(STREAMAdapterTest, OnlyTheAddressOfALiveStreamIsTaken)
     EXPECT_EQ(nullptr, GetStream(address + "zz"));
     stream.reset();
     EXPECT_EQ(nullptr, GetStream(address));
+}
+
+TEST_F(STREAMAdapterTest, AStreamHeldByAHandleGoesWithIt)
+{
+    const ScratchFolder folder;
+    Array<Handle> handles;
+    EXPECT_THAT(Messages(Load(folder.Write("a.bin", "bytes") + "#ZORVEX(STREAM-doc)", handles)),
+                IsEmpty());
+    ASSERT_EQ(1, handles.GetSize());
+    const String address = StreamAddress(static_cast<Stream*>(handles[0].GetData()));
+    EXPECT_NE(nullptr, FindLiveStream(View(address)));
+    handles[0].Destroy();
+    EXPECT_EQ(nullptr, FindLiveStream(View(address)));
+    handles[0].Destroy();  // gone already
 }
 
 TEST_F(STREAMAdapterTest, LoadGivesTheStreamOfTheLocationAsAHandle)

@@ -234,6 +234,26 @@ TEST_F(AdapterChainTest, AConfiguredInstanceIsUsedResetAndKept)
     EXPECT_TRUE(configured.GetContext().IsEmpty());
 }
 
+TEST_F(AdapterChainTest, AChainThatCannotBeFinishedLeavesNothingBehind)
+{
+    ToyAdapter configured;
+    ToyAdapter::s_behaviour = [](ToyAdapter&, PluginProcessData& data) -> bool
+    {
+        if (data.m_operation == ZORVEX_OP_ADAPTER_CLONE)
+        {
+            throw std::runtime_error("no clone");
+        }
+        return true;
+    };
+    Configuration options;
+    options.Set("adapters/TOY/instance", "", &configured);
+    Adapter location;
+    const AdapterRef busy(Pointer("a.toy#ZORVEX(TOY-doc)"), nullptr, &options);
+    EXPECT_THROW(AdapterRef(Pointer("d/b.x#ZORVEX(ZORVEX-doc/p/TOY-doc)"), &location, &options),
+                 std::runtime_error);
+    EXPECT_EQ(nullptr, location.GetNext());
+}
+
 TEST_F(AdapterChainTest, ASharedMemberBelowANewOneIsNotDeletedWithIt)
 {
     ToyAdapter configured;

@@ -90,6 +90,15 @@ TEST_F(LoadRoutineTest, TheFormatComesFromTheOptionThenFromTheExtensionOfTheLate
     EXPECT_EQ(1u, LoadFrom("a.unknown", {{"format", "TOY"}}).Roots().size());
     EXPECT_THAT(LoadFrom("/none/a.xml", {{"format", "ZORVEX"}}).Messages().at(0),
                 HasSubstr("ERROR 2: Cannot open file: /none/a.xml"));
+
+    // What the URI itself names comes before both, though a lone adapter isn't in its text.
+    const char* named = "a.zorvex#ZORVEX(TOY-doc)";
+    EXPECT_EQ(1u, LoadFrom(named).Roots().size());
+    Object* document = nullptr;
+    EXPECT_THAT(Messages(LoadDocument(named, *MakeOptions({{"format", "ZORVEX"}}), &document)),
+                IsEmpty());
+    EXPECT_NE(nullptr, document);
+    delete document;
 }
 
 TEST_F(LoadRoutineTest, ALoadThatBringsNothingIsNoSuccess)
@@ -240,6 +249,26 @@ TEST_F(LoadRoutineTest, LoadDocumentGivesTheFirstRootAndKeepsTheOthersWithIt)
     ASSERT_NE(nullptr, document);
     delete document;  // a root left behind fails the test at the session's end
 
+    // Roots that the application found its own way to, and deleted or gave an owner, are its own.
+    std::vector<Object*> made;
+    ToyAdapter::s_behaviour = [&](ToyAdapter&, PluginProcessData& data)
+    {
+        for (int i = 0; i < 4; ++i)
+        {
+            made.push_back(new Configuration);
+            internal::GetSlot<Array<Handle>>(data, 10)->Add(Handle(made.back()));
+        }
+        return true;
+    };
+    LoadDocument("a.toy", options, &document);
+    ASSERT_EQ(made.at(0), document);
+    delete made[1];
+    Configuration owner;
+    made[2]->SetOwner(&owner);
+    delete document;
+    EXPECT_EQ(&owner, made[2]->GetOwner());
+
+    ToyAdapter::s_behaviour = Making(3);
     Array<Object*> documents;
     EXPECT_TRUE(LoadMultipleDocument("a.toy", options, documents).Ok());
     EXPECT_EQ(3, documents.GetSize());

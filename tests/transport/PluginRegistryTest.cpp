@@ -5,6 +5,7 @@
 #include "transport/PluginDescriptorImpl.h"
 #include "transport/PluginInstances.h"
 #include "transport/PluginLock.h"
+#include "zorvex_api/URIResolver.h"
 
 namespace zorvex_test
 {
@@ -95,11 +96,16 @@ TEST_F(PluginRegistryTest, TheLibrarysAdaptersAreListedInOrderWithoutTheirBase)
     EXPECT_THAT(AdapterNames(), ElementsAre("XSD", "ZORVEX", "STREAM", "XPK"));
     Array<PluginDescriptor*> all;
     PluginDescriptor::GetDescriptors(all);
+    std::vector<std::string> names;
     for (const PluginDescriptor* descriptor : all)
     {
-        EXPECT_FALSE(descriptor->GetName().IsEmpty());
+        names.push_back(std::to_string(descriptor->GetType()) + " " + Utf8(descriptor->GetName()));
         ASSERT_NE(nullptr, descriptor->GetBase());
+        EXPECT_EQ(descriptor->GetType(), descriptor->GetBase()->GetType());
     }
+    EXPECT_THAT(names, ElementsAre("1 XSD", "1 ZORVEX", "1 STREAM", "2 Xerces", "1 XPK"));
+    EXPECT_EQ("MULTIPLE", Property(*FindDescriptor("Xerces"), "THREADING"));
+    EXPECT_EQ("(not set)", Property(*FindDescriptor("Xerces"), "FORMAT"));
     EXPECT_EQ("xpk;zvxxpk", Property(*FindDescriptor("XPK"), "FILE_EXTENSIONS"));
     EXPECT_EQ("Internal STREAM Support", Property(*FindDescriptor("STREAM"), "DESCRIPTION"));
     EXPECT_EQ("(not set)", Property(*FindDescriptor("STREAM"), "FILE_EXTENSIONS"));
@@ -144,9 +150,25 @@ TEST_F(PluginRegistryTest, TheDeepestPluginIsChosenAndTheEarliestOfEquals)
     }
     ToyAdapter::s_descriptor = const_cast<PluginDescriptor*>(firstDescriptor);
     const LinkNode deeper(&DeepToy::Initialise, LinkNode::kPlugin);
+    auto* deeperDescriptor = static_cast<PluginDescriptor*>(deeper.GetDescriptor());
+    ToyAdapter::s_descriptor->SetBase(deeperDescriptor);  // a circle, which isn't taken
+    EXPECT_EQ(Adapter::GetStaticPluginDescriptor(), firstDescriptor->GetBase());
     const std::unique_ptr<Adapter> adapter(
         static_cast<Adapter*>(PluginDescriptor::GetInstance(1, "TOY")));
     EXPECT_NE(nullptr, dynamic_cast<DeepToy*>(adapter.get()));
+}
+
+TEST_F(PluginRegistryTest, ResolversAndRepresentationsAreThereWithoutAPlugin)
+{
+    const std::unique_ptr<URIResolver> resolver(
+        static_cast<URIResolver*>(PluginDescriptor::GetInstance(3)));
+    EXPECT_NE(nullptr, resolver);
+    const std::unique_ptr<Object> representation(
+        static_cast<Object*>(PluginDescriptor::GetInstance(4, "GEOMETRY")));
+    ASSERT_NE(nullptr, representation);
+    EXPECT_EQ("Representation", Utf8(representation->GetElementName()));
+    EXPECT_EQ(nullptr, PluginDescriptor::GetInstance(1));
+    EXPECT_EQ(nullptr, PluginDescriptor::GetInstance(5));
 }
 
 TEST_F(PluginRegistryTest, TheCallbackCanBringInAMissingPlugin)
