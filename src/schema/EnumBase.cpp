@@ -57,7 +57,7 @@ EnumBase::EnumBase(Table table) : m_current(table[0]) {}
 EnumBase::EnumBase(Table table, Constant constant)
     : m_current(table[constant.index]), m_text(m_current)
 {
-    static_cast<const char*>(m_text);  // the narrow form too
+    static_cast<void>(static_cast<const char*>(m_text));  // the narrow form too
 }
 
 EnumBase::EnumBase(Table table, const char* text)
