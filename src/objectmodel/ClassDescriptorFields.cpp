@@ -184,8 +184,7 @@ FieldDescriptor* ClassDescriptorImpl::RegisterOrFind(std::unique_ptr<FieldDescri
         }
     }
     accepted = true;
-    InsertField(field.get(), place);
-    return field.release();
+    return InsertOwned(std::move(field), place);
 }
 
 /// Under the write lock, with the class chain resolved.
@@ -256,8 +255,7 @@ FieldDescriptor* ClassDescriptorImpl::AddRuntimeField(TextView name, int type,
     {
         return present;
     }
-    InsertField(field.get(), Place::Back);
-    return field.release();
+    return InsertOwned(std::move(field), Place::Back);
 }
 
 /// Under the write lock: another thread may have added the field meanwhile.
@@ -279,6 +277,27 @@ FieldDescriptor* ClassDescriptorImpl::FindSameElement(const FieldDescriptor& can
                             });
     }
     return found;
+}
+
+/// Under the write lock. Without memory the field may stand in the list all the same; then it
+/// belongs to the class.
+FieldDescriptor* ClassDescriptorImpl::InsertOwned(std::unique_ptr<FieldDescriptor> field,
+                                                  Place place)
+{
+    try
+    {
+        InsertField(field.get(), place);
+    }
+    catch (...)
+    {
+        const FieldSpan own = Fields();
+        if (std::find(own.begin(), own.end(), field.get()) != own.end())
+        {
+            field.release();
+        }
+        throw;
+    }
+    return field.release();
 }
 
 /// Under the write lock.
@@ -319,10 +338,6 @@ void ClassDescriptorImpl::NoteOwn(FieldDescriptor* field)
         }
         return;
     }
-    if (field->IsReference())
-    {
-        Retire(m_referenceFields.Append(field), &DeleteBlock);
-    }
     if (m_content == nullptr && field->IsContent())
     {
         m_content = field;
@@ -340,7 +355,6 @@ void ClassDescriptorImpl::ReplaceFields(FieldSpan fields)
     Retire(m_index.exchange(nullptr, std::memory_order_acq_rel), &DeleteIndex);
     Retire(m_fields.Replace(fields), &DeleteBlock);
     Retire(m_elementFields.Replace(FieldSpan()), &DeleteBlock);
-    Retire(m_referenceFields.Replace(FieldSpan()), &DeleteBlock);
     m_content = nullptr;
     m_external = nullptr;
     m_wildcard = nullptr;

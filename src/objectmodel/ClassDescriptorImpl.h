@@ -265,6 +265,7 @@ private:
     FieldDescriptor* RegisterOrFind(std::unique_ptr<FieldDescriptor> field, Place place,
                                     bool& accepted);
     bool RegisterAgain(FieldDescriptor& present, const FieldDescriptor& candidate);
+    FieldDescriptor* InsertOwned(std::unique_ptr<FieldDescriptor> field, Place place);
     void InsertField(FieldDescriptor* field, Place place);
     void NoteOwn(FieldDescriptor* field);
     void ReplaceFields(FieldSpan fields);
@@ -321,7 +322,6 @@ private:
 
     FieldList m_fields;                     // all own fields, owned
     FieldList m_elementFields;              // of these, elements
-    FieldList m_referenceFields;            // and references
     FieldDescriptor* m_content = nullptr;   // first content field; this and the next under the
     FieldDescriptor* m_external = nullptr;  // write lock: first external reference
     FieldDescriptor* m_wildcard = nullptr;  // first that takes any child

@@ -1,5 +1,7 @@
 #include "objectmodel/ClassLayout.h"
 
+#include <new>
+
 #include "objectmodel/ClassDescriptorImpl.h"
 
 namespace zorvex_api
@@ -51,7 +53,6 @@ ClassLayout::ClassLayout(std::span<const ClassDescriptorImpl* const> chain,
         m_levels[kDerivedFirst * m_depth + level] = impl.Fields();
         m_levels[kBaseFirst * m_depth + (m_depth - 1 - level)] = impl.Fields();
         m_levels[kElements * m_depth + level] = impl.m_elementFields.Fields();
-        m_levels[kReferences * m_depth + level] = impl.m_referenceFields.Fields();
         m_indexes.push_back(impl.m_index.load(std::memory_order_relaxed));
         m_content = m_content != nullptr ? m_content : impl.m_content;
         m_externalReference =
@@ -84,7 +85,15 @@ const ClassLayout::Flat* ClassLayout::FlatForSearch() const
     {
         return nullptr;
     }
-    Flat* const fresh = new Flat(DerivedFirst());
+    Flat* fresh = nullptr;
+    try
+    {
+        fresh = new Flat(DerivedFirst());
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;  // searched as before
+    }
     Flat* present = nullptr;
     if (m_flat.compare_exchange_strong(present, fresh, std::memory_order_acq_rel))
     {

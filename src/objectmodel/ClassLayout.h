@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <span>
 
-#include "objectmodel/ElementCache.h"
 #include "objectmodel/FieldDescriptor.h"
 #include "objectmodel/FieldIndex.h"
 #include "objectmodel/FieldSearch.h"
@@ -40,8 +39,6 @@ public:
     FieldRange BaseFirst() const { return Range(kBaseFirst); }
     /// Of types 7 and 8, derived first.
     FieldRange ElementFields() const { return Range(kElements); }
-    /// Reference and URI fields (types 5, 6, 9, 10, 11), derived first.
-    FieldRange ReferenceFields() const { return Range(kReferences); }
     /// Required fields that are no elements, derived first, without those that a subclass on the
     /// way makes optional.
     FieldSpan RequiredFields() const { return m_requiredFields; }
@@ -89,9 +86,6 @@ public:
         return FindField(FieldQuery(name, mask), false);
     }
 
-    /// What the reader found for an element name below this class; see ElementCache.
-    ElementCache& Elements() const { return m_elements; }
-
 private:
     /// Arrangements of the levels.
     enum Order
@@ -99,7 +93,6 @@ private:
         kDerivedFirst,
         kBaseFirst,
         kElements,
-        kReferences,
         kOrders
     };
     /// All fields in one run with one index, derived first: made when the layout has been searched
@@ -145,7 +138,6 @@ private:
     FieldDescriptor* m_wildcard = nullptr;
     mutable std::atomic<std::uint32_t> m_searches{0};
     mutable std::atomic<Flat*> m_flat{nullptr};  // owned
-    mutable ElementCache m_elements;
 };
 
 }  // namespace zorvex_api

@@ -567,11 +567,6 @@ ClassDescriptor* ClassRegistry::Find(TextView namespaceUri, TextView localName)
     return FindKey(ClassNameQuery(namespaceUri, localName));
 }
 
-ClassDescriptor* ClassRegistry::FindRuntime(TextView namespaceUri, TextView localName)
-{
-    return FindRuntimeKey(ClassNameQuery(namespaceUri, localName));
-}
-
 ClassDescriptor* ClassRegistry::Lookup(TextView text)
 {
     if (text.empty() || !IsFilled())

@@ -44,8 +44,6 @@ public:
     static ClassDescriptor* Lookup(TextView text);
     /// A name within a namespace; an empty namespace means a class without one. No length limit.
     static ClassDescriptor* Find(TextView namespaceUri, TextView localName);
-    /// The same among the classes made at run time only.
-    static ClassDescriptor* FindRuntime(TextView namespaceUri, TextView localName);
     /// In any namespace: the main one, then registered ones from the last, then the class made
     /// last.
     static ClassDescriptor* FindInAnyNamespace(TextView localName);

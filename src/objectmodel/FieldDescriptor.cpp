@@ -389,12 +389,6 @@ const String* FieldDescriptor::FindAllowedValue(const char* utf8) const
     return utf8 != nullptr ? FindAllowedValue(View(FromUtf8(utf8))) : nullptr;
 }
 
-bool FieldDescriptor::IsAllowedValue(const void* text) const
-{
-    const EnumTexts* texts = m_enumTexts.load(std::memory_order_acquire);
-    return texts != nullptr && texts->Holds(text);
-}
-
 // --- built-in fields ----------------------------------------------------------------------------
 
 void FieldDescriptor::MakeBuiltIns()

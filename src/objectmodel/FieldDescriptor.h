@@ -85,7 +85,6 @@ public:
     bool IsDeprecated() const { return m_deprecated; }
     bool SuppressId() const { return m_suppressId; }
     bool HasLegacyName() const { return m_legacyName; }
-    bool SearchesAllNamespaces() const { return m_searchAllNamespaces; }
     /// 1 is no array, 0 any length.
     int Length() const { return m_length; }
     bool IsVariableLength() const { return m_variableLength; }
@@ -101,7 +100,6 @@ public:
     TextView NameView() const { return m_nameView; }
     /// The name without the ending "Ref" or "Refs" of its reference type.
     TextView ShortNameView() const { return m_shortNameView; }
-    String ShortName() const { return ToString(m_shortNameView); }
     /// The name in a document.
     const String& XmlName() const { return m_ownXmlName ? m_xmlName : m_name; }
     TextView XmlNameView() const { return m_xmlNameView; }
@@ -133,8 +131,6 @@ public:
     /// The allowed text equal to `text`, null when there is none. Lives as long as the field.
     const String* FindAllowedValue(TextView text) const;
     const String* FindAllowedValue(const char* utf8) const;
-    /// Whether `text` is one that FindAllowedValue gives, and so not owned by whoever holds it.
-    bool IsAllowedValue(const void* text) const;
 
     /// Whether `text` names this field; see NameMatch.h. `mask` can exclude kinds.
     bool Matches(TextView text, int mask) const;
@@ -154,8 +150,6 @@ public:
     /// Appends a null-terminated list. `borrowed`: the table outlives the field and is read later.
     bool AddAllowedValues(const char* const* values, bool borrowed);
     void SetOwner(ClassDescriptorImpl* owner) { m_owner = owner; }
-    /// For a URI of a namespace other than the class's.
-    void SetPrefix(const String& prefix) { m_prefix = prefix; }
 
     /// Name hashes, for the indexes of a class; see NameMatch.h.
     std::uint32_t NameHash() const { return m_nameHash; }

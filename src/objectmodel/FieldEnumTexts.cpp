@@ -1,7 +1,6 @@
 #include "objectmodel/FieldEnumTexts.h"
 
 #include <bit>
-#include <functional>
 
 #include "objectmodel/NameMatch.h"
 
@@ -58,28 +57,6 @@ const String* EnumTexts::Find(TextView text) const
         }
     }
     return nullptr;
-}
-
-bool EnumTexts::Holds(const void* text) const
-{
-    for (const EnumTexts* texts = this; texts != nullptr; texts = texts->m_before)
-    {
-        const String* const first = texts->m_texts.data();
-        const String* const end = first + texts->m_texts.size();
-        const auto* place = static_cast<const String*>(text);
-        if (!std::less<>()(place, first) && std::less<>()(place, end))
-        {
-            return true;
-        }
-        for (const String* candidate = first; candidate != end; ++candidate)
-        {
-            if (candidate->GetData() == text && text != nullptr)
-            {
-                return true;
-            }
-        }
-    }
-    return false;
 }
 
 }  // namespace zorvex_api

@@ -25,8 +25,6 @@ public:
     const String& At(int index) const { return m_texts[static_cast<size_t>(index)]; }
     /// The first text equal to the one given, or null.
     const String* Find(TextView text) const;
-    /// Whether `text` is one of the Strings or the wide text of one.
-    bool Holds(const void* text) const;
 
 private:
     HookedVector<String> m_texts;
