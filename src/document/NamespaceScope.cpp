@@ -1,7 +1,5 @@
 #include "document/NamespaceScope.h"
 
-#include <algorithm>
-
 #include "objectmodel/Namespace.h"
 #include "runtime/NamespaceUris.h"
 
@@ -10,12 +8,10 @@ namespace zorvex_api
 
 NamespaceScope::Name* NamespaceScope::Intern(TextView uri)
 {
-    for (Name& name : m_names)
+    const auto found = m_nameByUri.find(uri);
+    if (found != m_nameByUri.end())
     {
-        if (name.view == uri)
-        {
-            return &name;
-        }
+        return found->second;
     }
     Name& name = m_names.emplace_back();
     name.uri = ToString(uri);
@@ -23,6 +19,7 @@ NamespaceScope::Name* NamespaceScope::Intern(TextView uri)
     name.known = Namespace::FindByUri(uri) != nullptr;
     name.isMain = Namespace::IsMain(uri);
     name.isSchemaInstance = uri == uris::kXmlSchemaInstance;
+    m_nameByUri.emplace(name.view, &name);
     return &name;
 }
 
@@ -33,19 +30,31 @@ void NamespaceScope::BindOutside(TextView prefix, Name* name)
 
 void NamespaceScope::Bind(TextView prefix, Name* name, unsigned depth)
 {
-    m_bindings.push_back({std::u16string(prefix), name, depth});
+    Prefix* record = nullptr;
+    const auto found = m_prefixByText.find(prefix);
+    if (found != m_prefixByText.end())
+    {
+        record = found->second;
+    }
+    else
+    {
+        record = &m_prefixes.emplace_back(Prefix{std::u16string(prefix), {}});
+        m_prefixByText.emplace(record->text, record);
+    }
+    record->names.push_back(name);
+    m_bindings.push_back({record, depth});
     ++m_version;
 }
 
 NamespaceScope::Name* NamespaceScope::Find(TextView prefix) const
 {
-    const auto found = std::find_if(m_bindings.rbegin(), m_bindings.rend(),
-                                    [prefix](const Binding& b) { return b.prefix == prefix; });
-    if (found == m_bindings.rend() || found->name->view.empty())
+    const auto found = m_prefixByText.find(prefix);
+    if (found == m_prefixByText.end() || found->second->names.empty())
     {
         return nullptr;
     }
-    return found->name;
+    Name* name = found->second->names.back();
+    return name->view.empty() ? nullptr : name;
 }
 
 void NamespaceScope::RefreshKnown()
@@ -60,6 +69,7 @@ void NamespaceScope::Close(unsigned depth)
 {
     while (!m_bindings.empty() && m_bindings.back().depth >= depth && depth > 0)
     {
+        m_bindings.back().prefix->names.pop_back();
         m_bindings.pop_back();
         ++m_version;
     }

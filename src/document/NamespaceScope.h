@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "runtime/Text.h"
@@ -47,15 +48,23 @@ public:
     unsigned Version() const { return m_version; }
 
 private:
+    struct Prefix
+    {
+        std::u16string text;
+        std::vector<Name*> names;  // innermost last
+    };
     struct Binding
     {
-        std::u16string prefix;
-        Name* name;
+        Prefix* prefix;
         unsigned depth;
     };
 
+    // Views over the records: a document can declare any number of either.
     std::deque<Name> m_names;
-    std::vector<Binding> m_bindings;  // outermost first
+    std::deque<Prefix> m_prefixes;
+    std::unordered_map<TextView, Name*> m_nameByUri;
+    std::unordered_map<TextView, Prefix*> m_prefixByText;
+    std::vector<Binding> m_bindings;  // of open elements, outermost first
     unsigned m_version = 0;
 };
 

@@ -3,7 +3,9 @@
 #include "support/Printers.h"
 #include "support/SessionTest.h"
 #include "zorvex_api/ClassDescriptor.h"
+#include "zorvex_api/MemoryStream.h"
 #include "zorvex_api/Object.h"
+#include "zorvex_api/Stream.h"
 #include "zorvex_api/Transf.h"
 #include "zorvex_api/Vector.h"
 
@@ -119,6 +121,11 @@ TEST_F(ReaderTest, AnUnknownRootGivesWayToTheElementInside)
     ASSERT_NE(nullptr, loaded.Root());
     EXPECT_EQ("Document", Utf8(loaded.Root()->GetClassName()));
     EXPECT_THAT(loaded.Messages(), Contains("WARNING 520: Unknown element: Foo"));
+
+    // The namespaces of a document are its root's: a class of another module needs its prefix.
+    const auto wrapped = LoadText("<Foo>" + Root(kMain, "<AdminClass id=\"id1\"/>") + "</Foo>");
+    EXPECT_THAT(wrapped.Messages(), ElementsAre("WARNING 520: Unknown element: Foo",
+                                                "WARNING 520: Unknown element: AdminClass"));
 }
 
 TEST_F(ReaderTest, PrefixesOfTheOptionsAreKnown)
@@ -158,8 +165,57 @@ TEST_F(ReaderTest, AnUnknownElementBecomesARunTimeClassWhenThatIsAsked)
     ClassDescriptor::Reset();
 }
 
+TEST_F(ReaderTest, AnElementForAnyChildTakesKnownClassesAlone)
+{
+    const std::string text =
+        "<Schema" + kMain + " id=\"id1\"><Nonsense/><Product id=\"id2\"/></Schema>";
+    const auto loaded = LoadText(text);
+    EXPECT_THAT(loaded.Messages(), ElementsAre("ERROR 520: Unknown element: Nonsense",
+                                               "ERROR 4:  ( last id read was: id2 ) ",
+                                               StartsWith("WARNING 518: Errors parsing \"")));
+    EXPECT_NE(nullptr, loaded.Root()->ResolveId(u"id2"));
+
+    const auto all = LoadText(text, {{"adapters/ZORVEX/ignore_unknown_elements", "false"}});
+    EXPECT_THAT(all.Messages(), IsEmpty());
+    EXPECT_EQ(2, CountChildren(all.Root()));
+    ClassDescriptor::Reset();
+}
+
+TEST_F(ReaderTest, PrefixesThatNobodyDeclaredAreErrorsInRunTimeClassesToo)
+{
+    const Options all = {{"adapters/ZORVEX/ignore_unknown_elements", "false"}};
+    const auto attribute =
+        LoadText(Root(kMain, "<Nonsense id=\"id7\" q:a=\"1\" xsi:b=\"2\"/>"), all);
+    EXPECT_THAT(attribute.Messages(), Contains("ERROR 520: Invalid XML namespace prefix: \"q\"."));
+    EXPECT_EQ("1", Attribute(attribute.Root()->ResolveId(u"id7"), u"q:a"));
+    EXPECT_EQ("2", Attribute(attribute.Root()->ResolveId(u"id7"), u"b"));
+
+    EXPECT_THAT(LoadText(Root(kMain, "<q:ProductDef/>"), all).Messages(),
+                ElementsAre("ERROR 520: No namespace for element: <q:ProductDef>",
+                            "ERROR 4: Wrong namespace for element: ProductDef",
+                            StartsWith("WARNING 518: Errors parsing \"")));
+    ClassDescriptor::Reset();
+}
+
+TEST_F(ReaderTest, AnEmbeddedSchemaLeavesNothingBehind)
+{
+    const int classes = ClassDescriptor::NumberOfClassDescriptors();
+    const auto loaded = LoadText(
+        "<Schema" + kMain +
+        " id=\"id1\"><xsd:schema xmlns:xsd=\"http://www.w3.org/2001/XMLSchema\"><xsd:element "
+        "name=\"a\"><ProductInstance partRef=\"#id9\"/></xsd:element></xsd:schema>"
+        "<Nonsense/></Schema>");
+    EXPECT_THAT(loaded.Messages(), Not(Contains(HasSubstr("Expected end of"))));
+    EXPECT_THAT(loaded.Messages(), Contains("ERROR 520: Unknown element: Nonsense"));
+    EXPECT_EQ(0, CountChildren(loaded.Root()));
+    EXPECT_EQ(classes, ClassDescriptor::NumberOfClassDescriptors());
+}
+
 TEST_F(ReaderTest, AttributesThatTheClassDoesNotHaveAreReported)
 {
+    EXPECT_THAT(
+        LoadText("<Transform" + kMain + " Content=\"1\">2</Transform>").Messages(),
+        ElementsAre("WARNING 525: \"Content\" is not an allowed attribute of: <Transform>"));
     const auto loaded = LoadText(Root(kMain + " id=\"id1\"", "<ProductDef nope=\"1\"/>"));
     EXPECT_TRUE(loaded.GetResult().Ok());
     EXPECT_THAT(loaded.Messages(),
@@ -373,6 +429,7 @@ TEST_F(ReaderTest, EntityBombsAreDefused)
     EXPECT_THAT(LoadText(bomb("", "><ProductDef>&a11;</ProductDef>")).Messages(), named);
     EXPECT_THAT(LoadText(bomb("", "><ProductDef name=\"&a11;\"/>")).Messages(), named);
     EXPECT_THAT(LoadText(bomb("% ", ">")).Messages(), named);
+    EXPECT_THAT(LoadText(bomb("", "><Nonsense name=\"&a11;\"/>")).Messages(), named);
 
     // Few expansions of a long text: caught by what they deliver.
     const std::string longText(200000, 'x');
@@ -386,6 +443,93 @@ TEST_F(ReaderTest, EntityBombsAreDefused)
                  "><ProductDef><Description>" + uses + "</Description></ProductDef></ZORVEX>")
             .Messages(),
         Contains(HasSubstr("Limit exceeded: the entities of the document expand")));
+    EXPECT_THAT(LoadText("<!DOCTYPE ZORVEX [<!ENTITY l \"" + longText + "\">]><ZORVEX" + kMain +
+                         " author=\"" + uses + "\"></ZORVEX>")
+                    .Messages(),
+                Contains(StartsWith("ERROR 4: Limit exceeded: ")));
+}
+
+TEST_F(ReaderTest, ManyNamesCostNoMoreEach)
+{
+    // Each declares a prefix and a namespace of its own; quadratic, this would take minutes.
+    std::string content = "<ProductDef";
+    for (int i = 0; i < 60000; ++i)
+    {
+        content += " xmlns:p" + std::to_string(i) + "='urn:" + std::to_string(i) + "'";
+    }
+    content += ">";
+    for (int i = 0; i < 60000; ++i)
+    {
+        content += "<p0:x/>";
+    }
+    const auto loaded = LoadText(Root(kMain, content + "</ProductDef>"));
+    EXPECT_EQ(60000, loaded.GetResult().NumberOfErrors());
+}
+
+namespace
+{
+
+/// Gives its text and then fails.
+class BreakingStream : public Stream
+{
+public:
+    explicit BreakingStream(std::string text) : m_text(std::move(text)) { SetName(u"pipe"); }
+
+protected:
+    int ReadBytes(void* buffer, int size) override
+    {
+        if (m_text.empty())
+        {
+            return -1;
+        }
+        const auto count = std::min(m_text.size(), static_cast<std::size_t>(size));
+        m_text.copy(static_cast<char*>(buffer), count);
+        m_text.erase(0, count);
+        return static_cast<int>(count);
+    }
+    int WriteBytes(const void*, int) override { return 0; }
+    int PeekByte(char*) override { return 0; }
+
+private:
+    std::string m_text;
+};
+
+Loaded LoadStream(Stream* stream, Options options = {})
+{
+    return LoadFrom(
+        String::Format("#ZORVEX(STREAM-doc/%p/ZORVEX-doc)", static_cast<const void*>(stream)),
+        options);
+}
+
+}  // namespace
+
+TEST_F(ReaderTest, AStreamThatBreaksIsNamed)
+{
+    const auto loaded =
+        LoadStream(new BreakingStream("<ZORVEX" + kMain + "><ProductDef id='id1'>"));
+    EXPECT_THAT(loaded.Messages(), Contains("ERROR 520: Unable to read from stream: \"pipe\"."));
+    EXPECT_THAT(LoadStream(new BreakingStream("")).Messages(),
+                Contains("ERROR 520: Unable to read from stream: \"pipe\"."));
+}
+
+TEST_F(ReaderTest, CharactersOfWideTextAreFilteredWhole)
+{
+    // U+0120 has the byte 1 in it and stays; U+0001 becomes a blank.
+    std::u16string text =
+        u"\xFEFF<ZORVEX xmlns='http://www.zorvex.org/Schemas/ZORVEXSchema' author='";
+    text += u"\x0120\x0001z'/>";
+    auto* stream = new MemoryStream;
+    stream->Write(text.data(), static_cast<int>(text.size()), 2, 0);
+    stream->Rewind();
+    const auto loaded = LoadStream(stream, {{"adapters/ZORVEX/char_filter", "true"}});
+    EXPECT_THAT(loaded.Messages(), IsEmpty());
+    EXPECT_EQ("\xC4\xA0 z", Attribute(loaded.Root(), u"author"));
+}
+
+TEST_F(ReaderTest, ValidationReportsTheFirstViolationAndEnds)
+{
+    const auto loaded = LoadText(Root(kMain, ""), {{"parsers/validate", "true"}});
+    EXPECT_THAT(loaded.Messages(), Contains(StartsWith("ERROR 4: XML Parser error: ")));
 }
 
 TEST_F(ReaderTest, ExternalEntitiesAreNeverFetched)

@@ -3,6 +3,7 @@
 #include "support/Printers.h"
 #include "support/ScratchFolder.h"
 #include "support/SessionTest.h"
+#include "zorvex_api/ClassDescriptor.h"
 #include "zorvex_api/Configuration.h"
 #include "zorvex_api/ConfigurationRef.h"
 #include "zorvex_api/Load.h"
@@ -73,7 +74,8 @@ TEST_F(WriterTest, WhatWasSavedLoadsAndSavesAsTheSameBytes)
     const std::string content =
         "\n<Header id=\"id9\" traverseRootRefs=\"#id1\">\n<Application id=\"id10\" version=\"1\" "
         "name=\"x\"></Application></Header>\n<ProductDef id=\"id1\" name=\"&lt;&amp;&quot;'>\xC3"
-        "\xA9\xF0\x9D\x84\x9E&#x9;&#xA;\">\n<Description>a &lt; b &amp; &quot;c&quot;\n d</Description>"
+        "\xA9\xF0\x9D\x84\x9E&#x9;&#xA;\">\n<Description>a &lt; b &amp; &quot;c&quot;\n "
+        "d</Description>"
         "\n<InstanceGraph id=\"id2\" rootRefs=\"id3\">\n<ProductInstance id=\"id4\" "
         "partRef=\"#id3\" quantity=\"0.1\">\n<Transform id=\"id5\" type=\"scale\">49</Transform>"
         "</ProductInstance>\n<ProductRevisionView id=\"id3\" instanceRefs=\"id4\">\n<Bound "
@@ -194,6 +196,51 @@ TEST_F(WriterTest, PrefixedClassesDeclareTheirNamespace)
                           "ZORVEXClassificationSchema\"\n time="));
     EXPECT_THAT(m_folder.Read("n.zorvex"), HasSubstr("\n<zorvex_cl:AdminClass id=\"id1\""));
     EXPECT_TRUE(LoadFrom(m_folder.File("n.zorvex")).GetResult().Ok());
+}
+
+TEST_F(WriterTest, ElementsBesideTextDoNotMakeItGrow)
+{
+    const Options all = {{"adapters/ZORVEX/ignore_unknown_elements", "false"}};
+    const auto options = MakeOptions(all);
+    std::string saved[3] = {"<Odd xmlns=\"urn:odd\">text<Inner/>\n tail<Inner>b</Inner></Odd>"};
+    for (int i = 1; i < 3; ++i)
+    {
+        const auto loaded = LoadText(saved[i - 1], all);
+        ASSERT_TRUE(loaded.GetResult().Ok()) << testing::PrintToString(loaded.Messages());
+        ASSERT_TRUE(loaded.Root()->Save(m_folder.File("m.zorvex"), options.get()).Ok());
+        saved[i] = m_folder.Read("m.zorvex");
+    }
+    EXPECT_THAT(saved[1], HasSubstr(">text\n tail\n<Inner></Inner>\n<Inner>b</Inner></Odd>"));
+    EXPECT_EQ(saved[1], saved[2]);
+    ClassDescriptor::Reset();
+}
+
+TEST_F(WriterTest, NamespacesWithTheSamePrefixAreDeclaredWhereTheyStand)
+{
+    const Options all = {{"adapters/ZORVEX/ignore_unknown_elements", "false"}};
+    const auto resave = [&](const std::string& text)
+    {
+        const auto loaded = LoadText(text, all);
+        EXPECT_TRUE(loaded.GetResult().Ok()) << testing::PrintToString(loaded.Messages());
+        EXPECT_TRUE(loaded.Root()->Save(m_folder.File("p.zorvex"), nullptr).Ok());
+        return m_folder.Read("p.zorvex");
+    };
+    const std::string prefixed =
+        resave("<a:X xmlns:a=\"urn:1\"><a:Y xmlns:a=\"urn:2\" q=\"1\"><a:Z/></a:Y></a:X>");
+    EXPECT_EQ(kProlog +
+                  "<a:X xmlns:a=\"urn:1\"\n>\n<a:Y xmlns:a=\"urn:2\"\n q=\"1\">\n"
+                  "<a:Z></a:Z></a:Y></a:X>",
+              prefixed);
+    EXPECT_EQ(prefixed, resave(prefixed));
+
+    const std::string plain = resave(
+        "<Odd xmlns=\"urn:odd\"><m:ProductDef id=\"id1\" "
+        "xmlns:m=\"http://www.zorvex.org/Schemas/ZORVEXSchema\"/><In/></Odd>");
+    EXPECT_THAT(plain,
+                HasSubstr("<ProductDef xmlns=\"http://www.zorvex.org/Schemas/ZORVEXSchema\"\n "
+                          "id=\"id1\"></ProductDef>\n<In></In>"));
+    EXPECT_EQ(plain, resave(plain));
+    ClassDescriptor::Reset();
 }
 
 // --- the document's own attributes
