@@ -179,6 +179,28 @@ TEST_F(CommandTest, SetOfAnUnknownFieldSavesNothing)
     EXPECT_FALSE(m_runner.HasFile("out.zorvex"));
 }
 
+TEST_F(CommandTest, SetRefusesTextWhereNumbersBelong)
+{
+    const Outcome set = Run({"set", kDocument, "id47", "quantity", "4 or so", "-O", "out.zorvex"});
+    EXPECT_EQ(2, set.code);
+    EXPECT_THAT(set.err, HasSubstr("error 2: \"4 or so\" is no value of the field \"quantity\", "
+                                   "which takes a number\n"));
+    const auto code = [this](const char* id, const char* field, const char* value) {
+        return Run({"set", "fields.zorvex", id, field, value, "-O", "out.zorvex"}).code;
+    };
+    m_runner.WriteFile("fields.zorvex",
+                       DocumentWith("<ProductDef id='id1'><Material id='id2' ambient='0 0 0' "
+                                    "diffuse='0 0 0'/></ProductDef><Structure id='id3'/>"));
+    EXPECT_EQ(2, code("id2", "ambient", "1 1"));
+    EXPECT_EQ(2, code("id2", "ambient", "1 1 red"));
+    EXPECT_EQ(2, code("id3", "monolithic", "1"));
+    EXPECT_FALSE(m_runner.HasFile("out.zorvex"));
+    EXPECT_EQ(0, code("id2", "ambient", "1, .5e0 -1"));
+    EXPECT_EQ(0, code("id3", "monolithic", "true"));
+    EXPECT_EQ(0, code("id3", "monolithic", ""));
+    EXPECT_EQ(0, code("id3", "catalogueId", "4 or so"));
+}
+
 TEST_F(CommandTest, ConvertGivesTheSameBytesTheSecondTime)
 {
     ASSERT_EQ(0, Run({"convert", kDocument, "once.zorvex"}).code);

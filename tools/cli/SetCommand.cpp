@@ -3,9 +3,13 @@
 
 #include "Command.h"
 #include "Document.h"
+#include "FieldText.h"
+#include "Fields.h"
 #include "Report.h"
 #include "Text.h"
 
+using zorvex_api::ClassDescriptor;
+using zorvex_api::FieldInfo;
 using zorvex_api::Object;
 using zorvex_api::Result;
 
@@ -24,6 +28,26 @@ struct Arguments
     Options options;
 };
 
+/// False, which is reported, when the field holds numbers and VALUE is none.
+bool IsValue(const Object& object, const Arguments& arguments)
+{
+    FieldInfo field;
+    const ClassDescriptor* descriptor = object.GetClassDescriptor();
+    if (!descriptor ||
+        !descriptor->GetField(FromUtf8(arguments.field), field, kAttributes | kContent).Ok())
+    {
+        return true;  // setting it tells what is wrong
+    }
+    const std::string expected = WhatIsExpected(field, arguments.value);
+    if (!expected.empty())
+    {
+        Report(zorvex_api::ERROR, 2,
+               "\"" + arguments.value + "\" is no value of the field \"" + ToUtf8(field.GetName()) +
+                   "\", which takes " + expected);
+    }
+    return expected.empty();
+}
+
 int Set(const Arguments& arguments)
 {
     Document document(arguments.options);
@@ -32,6 +56,10 @@ int Set(const Arguments& arguments)
     if (!object)
     {
         return kFindings;
+    }
+    if (!IsValue(*object, arguments))
+    {
+        return kUsage;
     }
     const Result result =
         object->SetAttributeValue(FromUtf8(arguments.field), FromUtf8(arguments.value));
