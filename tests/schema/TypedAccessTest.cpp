@@ -23,6 +23,7 @@
 #include "zorvex60/ViewPort.h"
 #include "zorvex_api/Exception.h"
 #include "zorvex_api/TypedAccess.h"
+#include "zorvex_cl60/KeyLOV.h"
 
 namespace
 {
@@ -94,6 +95,7 @@ TEST_F(TypedAccessTest, FixedListsGoThroughBuffersOfTheirLength)
     EXPECT_TRUE(material.SetAmbient(colour).Ok());
     EXPECT_TRUE(material.GetAmbient(read).Ok());
     EXPECT_EQ(0.3, read[2]);
+    EXPECT_EQ(2, CodeOf(material.SetAmbient(nullptr)));  // an empty list isn't of this length
     EXPECT_EQ(1, material.HasAmbient());
 }
 
@@ -372,6 +374,15 @@ TEST_F(TypedAccessTest, OperationsOfObjectStayWithinReach)
     EXPECT_EQ(0, instance.HasQuantity());
     instance.DeleteAttribute(attached);
     EXPECT_EQ(0, instance.NumberOfAttributes());
+}
+
+TEST_F(TypedAccessTest, AccessorsOfABaseStayBesideOverloadsForOtherFields)
+{
+    zorvex_cl60::KeyLOV list;
+    EXPECT_TRUE(list.SetName(u"colours").Ok());  // the attribute `name`
+    ASSERT_NE(nullptr, list.AddName());          // an element `Name`
+    EXPECT_EQ("colours", Utf8(list.GetName()));
+    EXPECT_NE(nullptr, list.GetName(0));
 }
 
 }  // namespace

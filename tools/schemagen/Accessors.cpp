@@ -140,7 +140,7 @@ private:
                 "Reads " + m_what + "; room for " + count + ".");
             Add("Result", "Set" + m_name, "const " + type + "* values", false,
                 Return("SetList", ", " + count + ", values"),
-                "Sets " + m_what + "; null empties it.");
+                "Sets " + m_what + "; null is refused, as any other number of values.");
         }
         AddHasAndUnset();
     }

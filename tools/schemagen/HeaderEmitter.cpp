@@ -254,22 +254,54 @@ private:
                "& operator=(const " + name + "&) = delete;\n};\n";
     }
 
+    // Overloads of a base that an accessor would hide, so that both can be called.
     std::string HiddenNames() const
     {
-        std::set<std::string> hidden;
+        std::set<std::string> own;
+        std::set<std::string> signatures;
         for (const FieldGroup& group : m_groups)
         {
             for (const Accessor& accessor : group.accessors)
             {
-                if (m_objectNames.count(accessor.name) != 0)
+                own.insert(accessor.name);
+                signatures.insert(accessor.Signature());
+            }
+        }
+        std::set<std::string> hidden;  // "Class::Name"
+        for (const std::string& name : own)
+        {
+            if (m_objectNames.count(name) != 0)
+            {
+                hidden.insert("Object::" + name);
+            }
+        }
+        for (const Class* base = m_owner.base; base != nullptr; base = base->base)
+        {
+            AddHidden(*base, own, signatures, hidden);
+        }
+        return Join(
+            hidden, [](const std::string& name) { return "    using " + name + ";\n"; }, "");
+    }
+
+    // A field that bears the name of a base's field takes its place; other accessors stay in reach.
+    void AddHidden(const Class& base, const std::set<std::string>& own,
+                   const std::set<std::string>& signatures, std::set<std::string>& hidden) const
+    {
+        for (const FieldGroup& group : ClassAccessors(base))
+        {
+            const bool isReplaced = std::any_of(m_groups.begin(), m_groups.end(),
+                                                [&](const FieldGroup& mine)
+                                                { return mine.field->name == group.field->name; });
+            for (const Accessor& accessor : group.accessors)
+            {
+                if (!isReplaced && own.count(accessor.name) != 0 &&
+                    signatures.count(accessor.Signature()) == 0)
                 {
-                    hidden.insert(accessor.name);
+                    hidden.insert(schemagen::ClassText(&base, m_owner.CodeName()) +
+                                  "::" + accessor.name);
                 }
             }
         }
-        return Join(
-            hidden, [](const std::string& name) { return "    using Object::" + name + ";\n"; },
-            "");
     }
 
     static std::string AccessorText(const Accessor& accessor)

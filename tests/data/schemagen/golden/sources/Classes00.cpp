@@ -144,6 +144,7 @@ const FieldRow kFields_zorvex60_Part[] = {
 const FieldRow kFields_zorvex_cha60_Nut[] = {
     {u"head", u"Head", nullptr, &zorvex60::zorvexFieldEnumHead, &zorvex60::eHead::Values, 0, FieldRow::kNoLength, FieldRow::kNone},
     {u"Lock", u"http://example.org/Cha:Nut", nullptr, nullptr, nullptr, zorvexFieldSingleElement, FieldRow::kNoLength, FieldRow::kNone},
+    {u"Code", u"http://example.org/Cha:Nut", nullptr, nullptr, nullptr, zorvexFieldMultipleElement, FieldRow::kNoLength, FieldRow::kNone},
 };
 
 const ClassRow kClasses[] = {
@@ -161,7 +162,7 @@ const ClassRow kClasses[] = {
      &MakeObjectOf<zorvex60::Frame>, nullptr, 0, nullptr, false},
     {&kOther, u"Nut", u"NutType",
      u"http://example.org/Main:Part", u"Part", &zorvex_cha60::zorvexClassNut, nullptr,
-     &MakeObjectOf<zorvex_cha60::Nut>, kFields_zorvex_cha60_Nut, 2, nullptr, false},
+     &MakeObjectOf<zorvex_cha60::Nut>, kFields_zorvex_cha60_Nut, 3, nullptr, false},
 };
 
 }  // namespace

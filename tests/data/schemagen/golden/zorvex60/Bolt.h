@@ -64,7 +64,8 @@ public:
     // --- axis: double[3], deprecated, default "0.0,0.0,1.0"
     /// Reads `axis` (double[3], deprecated, default "0.0,0.0,1.0"); room for 3.
     Result GetAxis(double* values) const { return typed::GetList(*this, u"axis", 3, values); }
-    /// Sets `axis` (double[3], deprecated, default "0.0,0.0,1.0"); null empties it.
+    /// Sets `axis` (double[3], deprecated, default "0.0,0.0,1.0"); null is refused, as any other
+    /// number of values.
     Result SetAxis(const double* values) { return typed::SetList(*this, u"axis", 3, values); }
     /// 1 when `axis` (double[3], deprecated, default "0.0,0.0,1.0") has a value.
     int HasAxis() const { return typed::Has(*this, u"axis"); }

@@ -14,7 +14,7 @@ extern ZORVEX_API short zorvexClassNut;
 /// Class `Nut`: schema type `NutType`, version "1.0 Other.xsd".
 ///
 /// Base: zorvex60::Part. In comparisons it counts as Part.
-/// Used by: zorvex60::Bolt::nutRefs, zorvex_cha60::Nut::Lock.
+/// Used by: zorvex60::Bolt::nutRefs, zorvex_cha60::Nut::Lock, zorvex_cha60::Nut::Code.
 class ZORVEX_API Nut : public zorvex60::Part
 {
 public:
@@ -22,6 +22,7 @@ public:
     /// Attaches the new object to `owner`, which may be null. A refusal raises code 2.
     explicit Nut(Object* owner);
     ~Nut() override;
+    using zorvex60::Part::GetCode;
 
     // --- head: enum eHead
     /// `head` (enum eHead); a text that it lacks gives an invalid value.
@@ -54,6 +55,42 @@ public:
     }
     /// Deletes `Lock` (element cha:Nut).
     void DeleteLock() { typed::DeleteElements(*this, u"http://example.org/Cha:Nut:Lock"); }
+
+    // --- Code: elements cha:Nut
+    /// Makes one of `Code` (elements cha:Nut) at the end.
+    Nut* AddCode()
+    {
+        return typed::As<Nut>(typed::AddElement(*this, u"http://example.org/Cha:Nut", u"http://example.org/Cha:Nut:Code"));
+    }
+    /// Attaches a root to `Code` (elements cha:Nut) at the end; null gives code 2.
+    Result AddCode(Nut* element)
+    {
+        return typed::AttachElement(*this, typed::ToObject(element), u"http://example.org/Cha:Nut:Code");
+    }
+    /// Element `index` of `Code` (elements cha:Nut), or null.
+    Nut* GetCode(int index) const
+    {
+        return typed::As<Nut>(typed::GetElement(*this, u"http://example.org/Cha:Nut:Code", index));
+    }
+    /// Fills the array with all of `Code` (elements cha:Nut).
+    void GetCodes(Array<Nut*>& elements) const
+    {
+        typed::GetElements(*this, u"http://example.org/Cha:Nut:Code", elements);
+    }
+    /// How many `Code` (elements cha:Nut) has.
+    int NumberOfCodes() const
+    {
+        return typed::CountElements(*this, u"http://example.org/Cha:Nut:Code");
+    }
+    /// Deletes element `index` of `Code` (elements cha:Nut); raises code 16 out of range.
+    void DeleteCode(int index)
+    {
+        typed::DeleteElement(*this, u"http://example.org/Cha:Nut:Code", index);
+    }
+    /// Deletes one of `Code` (elements cha:Nut).
+    void DeleteCode(Nut* element) { typed::DeleteElement(*this, typed::ToObject(element)); }
+    /// Deletes all of `Code` (elements cha:Nut).
+    void DeleteCodes() { typed::DeleteElements(*this, u"http://example.org/Cha:Nut:Code"); }
 
 private:
     Nut(const Nut&) = delete;
