@@ -68,7 +68,7 @@ void SetExternalHandles(Object& object, int count, void** data)
     ReadHandles(object, text);
     const String format = GetString(object, kFormat);
     Array<Handle> handles;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; data != nullptr && i < count; ++i)
     {
         handles.Add(Handle(data[i], format));
     }
@@ -147,12 +147,11 @@ void DeletePart(Object& object, int index)
 
 void DeleteParts(Object& object)
 {
-    while (Object* part = GetPart(object, 0))
+    Array<Object*> parts;
+    GetParts(object, parts);
+    for (Object* part : parts)
     {
-        if (!object.DeleteElement(part).Ok())
-        {
-            return;
-        }
+        object.DeleteElement(part);
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include "support/SessionTest.h"
 #include "zorvex60/Bound.h"
+#include "zorvex60/FeatureTree.h"
 #include "zorvex60/InstanceGraph.h"
 #include "zorvex60/InternalRep.h"
 #include "zorvex60/Material.h"
@@ -94,6 +95,9 @@ TEST_F(MembersTest, BoundExtendsItsValuesAsNeeded)
     ASSERT_TRUE(bound.GetValues(values).Ok());
     ASSERT_EQ(4, values.GetSize());
     EXPECT_EQ(3.0, values[3]);
+    bound.SetLowCorner(nullptr);
+    ASSERT_TRUE(bound.GetValues(values).Ok());
+    EXPECT_EQ(4, values.GetSize());
     const double corner[] = {1.0, 2.0, 3.0};
     bound.SetHighCorner(corner);
     bound.SetCentre(corner);
@@ -152,10 +156,15 @@ TEST_F(MembersTest, RepresentationTakesOneInternalRep)
 {
     Representation representation;
     EXPECT_EQ(2, representation.SetInternalRep(nullptr).GetCode());
-    ASSERT_NE(nullptr, representation.AddInternalRep());
-    const Result second = representation.SetInternalRep(nullptr);
+    auto* first = new FeatureTree;
+    ASSERT_TRUE(representation.SetInternalRep(first).Ok());
+    FeatureTree spare;
+    const Result second = representation.SetInternalRep(&spare);
+    EXPECT_EQ(2, second.GetCode());
     EXPECT_EQ("Cannot add child of type: InternalRep to parent of type: Representation.",
               Utf8(second.GetMessage()));
+    EXPECT_EQ(nullptr, spare.GetOwner());
+    EXPECT_EQ(first, representation.GetInternalRep(0));
     EXPECT_EQ(1, representation.NumberOfInternalReps());
 }
 

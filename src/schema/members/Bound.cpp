@@ -14,9 +14,14 @@ using zorvex_api::SphereBound;
 constexpr int kSphereValues = 4;
 constexpr int kBoxValues = 6;
 
-// Overwrites `count` of the values from `first` on; there are at least `size` afterwards.
+// Overwrites `count` of the values from `first` on; there are at least `size` afterwards. Null
+// changes nothing.
 void Overwrite(Bound& bound, int size, int first, const double* from, int count)
 {
+    if (from == nullptr)
+    {
+        return;
+    }
     Array<double> values;
     bound.GetValues(values);
     while (values.GetSize() < size)

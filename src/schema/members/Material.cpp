@@ -62,6 +62,10 @@ void Material::Initialise(const Material& other)
 
 int Material::EqualTo(const double* colour) const
 {
+    if (colour == nullptr)
+    {
+        return 0;
+    }
     const double rounded[] = {static_cast<float>(colour[0]), static_cast<float>(colour[1]),
                               static_cast<float>(colour[2])};
     const bool equal = HasColour(*this, &Material::GetAmbient, rounded) &&
