@@ -37,6 +37,7 @@
 #include "zorvex_api/String.h"
 #include "zorvex_api/Transf.h"
 #include "zorvex_api/TraverseContext.h"
+#include "zorvex_api/TypedAccess.h"
 #include "zorvex_api/URIResolver.h"
 #include "zorvex_api/URIResolverRef.h"
 #include "zorvex_api/Vector.h"
