@@ -334,7 +334,8 @@ void LoadDocumentInto(const String& uri, Array<Handle>& handles, Configuration* 
     }
     catch (...)
     {
-        ReportUnableToLoad(uri, result);
+        // A document's own text isn't repeated.
+        ReportUnableToLoad(DocumentText(View(uri)).empty() ? uri : String(u"<...>"), result);
     }
 }
 

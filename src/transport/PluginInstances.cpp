@@ -138,10 +138,12 @@ void* Search(int type, const String& name, Object* options, int& isNew)
         }
         isNew = 1;
     }
-    if (const PluginDescriptor* plugin = ChoosePlugin(type, name))
+    const PluginDescriptor* plugin = ChoosePlugin(type, name);
+    if (void* instance = plugin != nullptr ? InstanceOf(*plugin, isNew) : nullptr)
     {
-        return InstanceOf(*plugin, isNew);
+        return instance;
     }
+    isNew = 1;
     return InstanceWithoutPlugin(type);
 }
 

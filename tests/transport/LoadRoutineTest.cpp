@@ -115,6 +115,8 @@ TEST_F(LoadRoutineTest, NothingThrownLeavesALoad)
     ToyAdapter::s_behaviour = [](ToyAdapter&, PluginProcessData&) -> bool
     { throw std::runtime_error("unknown"); };
     EXPECT_THAT(LoadFrom("a.toy").Messages(), ElementsAre("ERROR 4: Unable to load: \"a.toy\""));
+    EXPECT_THAT(LoadFrom("<a/>", {{"format", "TOY"}}).Messages(),
+                ElementsAre("ERROR 4: Unable to load: \"<...>\""));
     EXPECT_EQ(nullptr, ConfigurationRef::GetActiveConfiguration());
     EXPECT_EQ(nullptr, PluginDescriptor::GetDefaultInstance(3));
 }

@@ -6,6 +6,7 @@
 #include "transport/PluginInstances.h"
 #include "transport/PluginLock.h"
 #include "zorvex_api/URIResolver.h"
+#include "zorvex_api/URIResolverRef.h"
 
 namespace zorvex_test
 {
@@ -169,6 +170,18 @@ TEST_F(PluginRegistryTest, ResolversAndRepresentationsAreThereWithoutAPlugin)
     EXPECT_EQ("Representation", Utf8(representation->GetElementName()));
     EXPECT_EQ(nullptr, PluginDescriptor::GetInstance(1));
     EXPECT_EQ(nullptr, PluginDescriptor::GetInstance(5));
+
+    const LinkNode barren(
+        [](void* descriptor)
+        {
+            static_cast<PluginDescriptor*>(descriptor)->SetType(3);
+            static_cast<PluginDescriptor*>(descriptor)
+                ->SetInstanceFunction([]() -> void* { return nullptr; });
+            return 1;
+        },
+        LinkNode::kPlugin);
+    const URIResolverRef held;
+    EXPECT_NE(nullptr, held.GetURIResolver());
 }
 
 TEST_F(PluginRegistryTest, TheCallbackCanBringInAMissingPlugin)
