@@ -54,6 +54,12 @@ Result CannotSet(TextView name)
                   String::Format("Unable to set attribute: \"%s\".", ToUtf8(name).c_str()));
 }
 
+Result CannotAdd(TextView name)
+{
+    return Result(kFailed,
+                  String::Format("Unable to add attribute: \"%s\".", ToUtf8(name).c_str()));
+}
+
 Result CannotCreate(TextView name, ClassData& owner)
 {
     return Result(kFailed, String::Format("Unable to create attribute: \"%s\" of class: \"%s\"",

@@ -20,6 +20,7 @@ Result NotSet(TextView name);
 Result NotSetWarning(TextView name);
 Result WrongType(TextView name);
 Result CannotSet(TextView name);
+Result CannotAdd(TextView name);
 Result CannotCreate(TextView name, ClassData& owner);
 Result IdIsNoInt();
 Result IntOverflow(TextView text);

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <vector>
 
 #include "objectmodel/AttributeMessages.h"
@@ -224,14 +225,6 @@ Result SetIds(ClassData& owner, FieldDescriptor& field, TextView name, const Ref
     return Result();
 }
 
-/// Several targets of an external reference are things of its format, not objects.
-bool HasSeveralObjects(const Array<Handle>& handles)
-{
-    return handles.GetSize() > 1 &&
-           std::any_of(handles.begin(), handles.end(),
-                       [](const Handle& handle) { return handle.IsObject() != 0; });
-}
-
 /// A thing of another format dies with the last reference to it: those that the new references have
 /// too are taken out of the old one first.
 void SpareKept(ExternalRep& old, ExternalRep* const* kept, int count)
@@ -262,7 +255,7 @@ void SpareKept(ExternalRep& old, ExternalRep* const* kept, int count)
 Result SetSingleUri(ClassData& owner, FieldDescriptor& field, TextView name,
                     const Reference& reference)
 {
-    if (PartOf(field) != Part::Value && HasSeveralObjects(reference.GetHandles()))
+    if (PartOf(field) != Part::Value && reference.GetHandles().GetSize() > 1)
     {
         return attribute_message::MultipleHandles(name);
     }
@@ -370,21 +363,38 @@ Result SetOtherField(ClassData& owner, FieldDescriptor& field, TextView name,
     return SetAsText(owner, field, name, Reference(ToString(text)));
 }
 
-bool IsEmptyList(const FieldDescriptor& field, const FieldData* data)
+/// Leaves out what the list has already, or an entry before has.
+template <class Item, class Made, class IsSame>
+void LeaveOutKnown(const Array<Item>& list, std::vector<Made>& made, IsSame isSame)
 {
-    if (data == nullptr || !data->IsSet())
+    std::vector<Made> kept;
+    for (Made& candidate : made)
     {
-        return true;
+        const auto isKnown = [&](const auto& known) { return isSame(known, candidate); };
+        if (std::none_of(list.begin(), list.end(), isKnown) &&
+            std::none_of(kept.begin(), kept.end(), isKnown))
+        {
+            kept.push_back(std::move(candidate));
+        }
     }
-    switch (field.Type())
+    made = std::move(kept);
+}
+
+/// Makes room first, so that the list stays as it is when there is no memory.
+template <class Item, class Made, class Take>
+Result Append(TextView name, Array<Item>& list, std::vector<Made>& made, Take take)
+{
+    const int known = list.GetSize();
+    try
     {
-        case zorvexFieldMultipleReference:
-            return data->Ids()->GetSize() == 0;
-        case zorvexFieldMultipleURI:
-            return data->Externals()->GetSize() == 0;
-        default:
-            return false;
+        list.SetSizeEx(known + static_cast<int>(made.size()), 1);
     }
+    catch (const std::bad_alloc&)
+    {
+        return attribute_message::CannotAdd(name);
+    }
+    std::transform(made.begin(), made.end(), list.GetData() + known, take);
+    return Result();
 }
 
 Result AddIds(ClassData& owner, TextView name, const Reference& reference, bool skipKnown,
@@ -392,44 +402,34 @@ Result AddIds(ClassData& owner, TextView name, const Reference& reference, bool 
 {
     std::vector<Id> made;
     Result result = AppendIds(owner, name, reference, made);
-    if (!result.Ok())
+    if (!result.Ok() || made.empty())
     {
         return result;
     }
-    bool added = made.empty();
-    for (Id& id : made)
+    if (skipKnown)
     {
-        const auto isSame = [&](const Id& known) { return AreSame(known, id); };
-        if (skipKnown && std::any_of(ids.begin(), ids.end(), isSame))
-        {
-            continue;
-        }
-        ids.SetSizeEx(ids.GetSize() + 1, 1);
-        ids.GetData()[ids.GetSize() - 1] = std::move(id);
-        added = true;
+        LeaveOutKnown(ids, made, [](const Id& a, const Id& b) { return AreSame(a, b); });
     }
-    return added ? Result() : attribute_message::AlreadyExists();
+    return made.empty() ? attribute_message::AlreadyExists()
+                        : Append(name, ids, made, [](Id& id) { return std::move(id); });
 }
 
-Result AddUris(ClassData& owner, const Reference& reference, bool skipKnown,
+Result AddUris(ClassData& owner, TextView name, const Reference& reference, bool skipKnown,
                Array<ExternalRep*>& list)
 {
     std::vector<OwnedRep> made;
     AppendUris(owner, reference, made);
-    const size_t wanted = made.size();
+    if (made.empty())
+    {
+        return Result();
+    }
     if (skipKnown)
     {
-        const auto isKnown = [&](const OwnedRep& candidate)
-        {
-            return std::any_of(list.begin(), list.end(),
-                               [&](const ExternalRep* known)
-                               { return AreSame(owner, *known, *candidate); });
-        };
-        std::erase_if(made, isKnown);
+        LeaveOutKnown(list, made,
+                      [&](const auto& a, const auto& b) { return AreSame(owner, *a, *b); });
     }
-    const bool allKnown = made.empty() && wanted > 0;
-    AppendTo(list, made);
-    return allKnown ? attribute_message::AlreadyExists() : Result();
+    return made.empty() ? attribute_message::AlreadyExists()
+                        : Append(name, list, made, [](OwnedRep& uri) { return uri.release(); });
 }
 
 }  // namespace
@@ -465,7 +465,7 @@ Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
                      const Reference& reference, bool skipKnown)
 {
     FieldData* data = PartOf(field) == Part::Id ? nullptr : owner.FindField(&field);
-    if (IsEmptyList(field, data))
+    if (data == nullptr || !data->HasValue(owner, true))
     {
         return SetReferences(owner, field, name, &reference, 1);
     }
@@ -476,7 +476,7 @@ Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
             result = AddIds(owner, name, reference, skipKnown, *data->Ids());
             break;
         case zorvexFieldMultipleURI:
-            result = AddUris(owner, reference, skipKnown, *data->Externals());
+            result = AddUris(owner, name, reference, skipKnown, *data->Externals());
             break;
         default:
             return attribute_message::IncorrectFieldType();

@@ -432,6 +432,7 @@ Result Object::GetAttributeTypes(Map<String, int>& types) const
 int Object::HasAttribute(const String& name, int& hasValue) const
 {
     const ObjectPin pin(this);
+    hasValue = 0;
     FieldData* data = nullptr;
     const FieldDescriptor* field = attribute_store::FindField(*pin, View(name), data);
     if (field == nullptr)

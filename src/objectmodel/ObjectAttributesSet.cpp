@@ -194,6 +194,23 @@ Result SetInts(Target& target, const Array<int>& source)
     return Result();
 }
 
+/// The type of a Transform goes when its text could not show the matrix.
+void FitTransformType(ClassData& owner, const double* matrix)
+{
+    if (!transform_text::AppliesTo(owner) ||
+        transform_text::Expresses(transform_text::KindOf(owner), matrix))
+    {
+        return;
+    }
+    FieldData* data = nullptr;
+    const FieldDescriptor* field =
+        attribute_store::FindField(owner, u"type", field_kind::kAttribute, data);
+    if (field != nullptr)
+    {
+        attribute_store::ResetValue(owner, *field, data);
+    }
+}
+
 /// The caller has made sure that the type of the field takes these numbers.
 Result StoreDoubles(Target& target, const double* values, int count)
 {
@@ -208,6 +225,10 @@ Result StoreDoubles(Target& target, const double* values, int count)
     if (target.IsUntouched() && IsDefaultDoubles(field, values, count))
     {
         return Result();
+    }
+    if (field.Type() == zorvexFieldMatrix)
+    {
+        FitTransformType(target.owner, values);
     }
     FieldData& data = *target.Open();
     switch (form)
@@ -247,23 +268,6 @@ Result SetVector(Target& target, const Vector& value)
     return StoreDoubles(target, numbers, 3);
 }
 
-/// The type of a Transform goes when its text could not show the matrix.
-void FitTransformType(ClassData& owner, const double* matrix)
-{
-    if (!transform_text::AppliesTo(owner) ||
-        transform_text::Expresses(transform_text::KindOf(owner), matrix))
-    {
-        return;
-    }
-    FieldData* data = nullptr;
-    const FieldDescriptor* field =
-        attribute_store::FindField(owner, u"type", field_kind::kAttribute, data);
-    if (field != nullptr)
-    {
-        attribute_store::ResetValue(owner, *field, data);
-    }
-}
-
 Result SetTransf(Target& target, const Transf& value)
 {
     const FieldDescriptor& field = *target.field;
@@ -280,12 +284,7 @@ Result SetTransf(Target& target, const Transf& value)
     {
         numbers[k] = matrix[k % kMatrixOrder][k / kMatrixOrder];
     }
-    Result result = StoreDoubles(target, numbers, kMatrixSize);
-    if (isMatrix && result.Ok())
-    {
-        FitTransformType(target.owner, numbers);
-    }
-    return result;
+    return StoreDoubles(target, numbers, kMatrixSize);
 }
 
 /// Finds the field and sets it by `set`, unless the class has no such attribute.

@@ -53,6 +53,19 @@ TEST_F(AttributeTest, AFieldOfExactlyTheNameWinsOverASetReference)
     EXPECT_EQ("", Text(Instance(), u"name"));
 }
 
+TEST_F(AttributeTest, OfTwoNearNamesTheOneThatIsNoReferenceWins)
+{
+    const auto other = Make(u"Instance");
+    ASSERT_TRUE(Instance().SetAttributeValue(u"name", u"Bolt").Ok());
+    ASSERT_TRUE(Instance().SetAttributeValue(u"nameRef", u"#id9").Ok());
+    ASSERT_TRUE(other->SetAttributeValue(u"nameRef", u"#id9").Ok());
+    ASSERT_TRUE(other->SetAttributeValue(u"name", u"Nut").Ok());
+
+    EXPECT_EQ("Bolt", Text(Instance(), u"Name"));
+    EXPECT_EQ("Nut", Text(*other, u"Name"));
+    EXPECT_EQ("#id9", Text(*other, u"NameRef"));
+}
+
 TEST_F(AttributeTest, AReferenceIsFoundWithoutItsEndingAndInEitherCase)
 {
     ASSERT_TRUE(Instance().SetAttributeValue(u"Unit", u"id3").Ok());
@@ -79,6 +92,7 @@ TEST_F(AttributeTest, AnUnknownNameFailsInEveryOperation)
     EXPECT_THAT(Messages(Instance().DeleteAttribute(u"colour")), ElementsAre(message));
     EXPECT_THAT(Messages(Instance().ResolveAttribute(u"colour", handles)), ElementsAre(message));
     EXPECT_EQ(0, Instance().HasAttribute(u"colour", has));
+    EXPECT_EQ(0, has);
     EXPECT_EQ(0, Instance().HasField(u"colour", 14));
     EXPECT_EQ(7, number);
 }
@@ -158,6 +172,12 @@ TEST_F(AttributeTest, TheEmptyTextDeletesUnlessTheActiveOptionsKeepIt)
     options.Set(u"adapters/ZORVEX/empty_attributes", u"treat_as_set");
     ASSERT_TRUE(Instance().SetAttributeValue(u"name", u"").Ok());
     EXPECT_TRUE(IsStored(Instance(), u"name"));
+    for (const char16_t* reference : {u"unitRef", u"partRef", u"textureRefs"})
+    {
+        ASSERT_TRUE(Instance().SetAttributeValue(reference, u"").Ok());
+        EXPECT_TRUE(IsStored(Instance(), reference));
+        EXPECT_EQ("", Text(Instance(), reference));
+    }
     ASSERT_TRUE(Instance().SetAttributeValue(u"quantity", u"").Ok());
     EXPECT_FALSE(IsStored(Instance(), u"quantity"));
 
@@ -334,6 +354,10 @@ TEST_F(AttributeTest, AReferenceNeedsOneTreeOrALink)
                 ElementsAre("ERROR 2: Unable to set attribute: \"unitRef\". The reference \"" +
                             IdOf(*stranger) + "\" must be in the same root as object."));
 
+    // The refusal leaves the field empty.
+    EXPECT_EQ(0, instance->HasField(u"unitRef", 2));
+    EXPECT_TRUE(instance->AddAttributeValue(u"unitRef", Reference(Handle(view))).Ok());
+
     // An object without an owner is linked, and shows the id that its target has at the time.
     ASSERT_TRUE(Instance().SetAttributeValue(u"unitRef", Reference(Handle(stranger))).Ok());
     stranger->SetId(u"id77");
@@ -370,7 +394,7 @@ TEST_F(AttributeTest, ListsOfReferencesGrowAndLeaveOutWhatTheyHave)
     EXPECT_EQ(IdOf(*first) + " id9", Text(*view, u"partRefs"));
     EXPECT_THAT(Messages(view->AddAttributeValue(u"partRefs", Reference(Handle(first)), 2)),
                 ElementsAre("ERROR 20: At least one supplied reference already exists."));
-    Reference several(u"id9 id10");
+    Reference several(u"id9 id10 id10");
     EXPECT_TRUE(view->AddAttributeValue(u"partRefs", several, 2).Ok());
     EXPECT_EQ(IdOf(*first) + " id9 id10", Text(*view, u"partRefs"));
 
@@ -386,6 +410,22 @@ TEST_F(AttributeTest, ListsOfReferencesGrowAndLeaveOutWhatTheyHave)
     EXPECT_THAT(Messages(view->SetAttributeValue(u"materialRef", pair)),
                 ElementsAre("ERROR 2: Field is of type \"zorvexFieldSingleReference\" and size of "
                             "Reference array != 1."));
+}
+
+TEST_F(AttributeTest, AListThatCannotGrowStaysAsItWas)
+{
+    const std::string message = "ERROR 2: Unable to add attribute: \"partRefs\".";
+    const auto view = Make(u"ProductRevisionView");
+    ASSERT_TRUE(view->AddAttributeValue(u"partRefs", Reference(u"id1")).Ok());
+    const String name(u"partRefs");
+    const Reference second(u"id2 id3 id4 id5 id6 id7 id8 id9");
+    ASSERT_EQ(0, second.GetHandles().GetSize());  // takes its memory now
+    Hooks().RefuseNth(1);
+    const Result refused = view->AddAttributeValue(name, second);
+    Hooks().RefuseNth(0);
+    EXPECT_THAT(Messages(refused), ElementsAre(message));
+    EXPECT_EQ("id1", Text(*view, u"partRefs"));
+    EXPECT_TRUE(view->AddAttributeValue(name, second).Ok());
 }
 
 TEST_F(AttributeTest, AnUnsetReferenceIsAWarningAndOtherFieldsAreNone)

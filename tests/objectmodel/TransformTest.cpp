@@ -100,6 +100,16 @@ TEST_F(TransformTest, AMatrixThatTheTypeCannotExpressResetsTheType)
     EXPECT_EQ("1 0 0 0 0 1 0 0 0 0 1 0 4 5 6 1", Text(*m_transform, u"Content"));
 }
 
+TEST_F(TransformTest, NumbersThatTheTypeCannotExpressResetItToo)
+{
+    const double numbers[] = {2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 4, 5, 6, 1};
+    m_transform->SetAttributeValue(u"type", u"translate");
+    EXPECT_FALSE(m_transform->SetContent(Array<double>(9, numbers)).Ok());
+    EXPECT_EQ("translate", Text(*m_transform, u"type"));
+    ASSERT_TRUE(m_transform->SetContent(Array<double>(16, numbers)).Ok());
+    EXPECT_EQ("2 0 0 0 0 1 0 0 0 0 1 0 4 5 6 1", Text(*m_transform, u"Content"));
+}
+
 TEST_F(TransformTest, OtherMatricesAreListsOfNumbers)
 {
     const auto control = Make(u"ViewControl");
