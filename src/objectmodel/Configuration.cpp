@@ -1,5 +1,7 @@
 #include "zorvex_api/Configuration.h"
 
+#include <memory>
+
 #include "objectmodel/AttributeStore.h"
 #include "objectmodel/BuiltInClasses.h"
 #include "objectmodel/ClassDescriptorImpl.h"
@@ -123,9 +125,15 @@ ClassData* AddNode(ClassData& parent, TextView name)
     {
         return nullptr;
     }
-    ClassData* child = ClassData::Of(new Configuration);
+    auto made = std::make_unique<Configuration>();
+    ClassData* child = ClassData::Of(made.get());
+    if (!parent.IsSubClass(child->GetClassDescriptor()))
+    {
+        return nullptr;  // the session of the parent has ended
+    }
     SetText(*child, *fields.name, name);
     parent.AppendChild(child, fields.children);
+    made.release();
     parent.MarkNetwork();
     return child;
 }

@@ -26,7 +26,6 @@ using Form = FieldData::Form;
 
 constexpr unsigned int kGeneric = 2;
 constexpr unsigned int kDeep = 4;
-constexpr unsigned int kTextOnly = 8;
 constexpr int kFailed = 2;
 
 /// The class that stands for an object in a generic copy: the one that its element name means, or a
@@ -251,6 +250,12 @@ void TreeCopier::CopyOwnId(ClassData& source, ClassData& copy)
     }
 }
 
+bool HasLoadFlag(const FieldData& data)
+{
+    return FieldData::FormOf(*data.descriptor) == Form::External &&
+           (data.External()->flags & ExternalRep::kLoad) != 0;
+}
+
 /// The value bit for bit, unless it equals the default or is an empty text.
 void TreeCopier::CopyField(ClassData& source, ClassData& copy, FieldDescriptor& field,
                            const FieldData& data)
@@ -261,9 +266,10 @@ void TreeCopier::CopyField(ClassData& source, ClassData& copy, FieldDescriptor& 
         return;
     }
     const Form form = FieldData::FormOf(field);
-    if (!field.IsReference() &&
-        ((field.HasDefault() && attribute_store::TextEqualsDefault(source, field, data)) ||
-         !data.HasValue(source, true)))
+    const bool isDefault = !field.IsReference() && field.HasDefault() &&
+                           attribute_store::TextEqualsDefault(source, field, data);
+    const bool isEmpty = !data.HasValue(source, true) && !HasLoadFlag(data);
+    if (isDefault || isEmpty)
     {
         return;
     }
@@ -322,19 +328,14 @@ void TreeCopier::CopyAsText(ClassData& source, ClassData& copy, FieldDescriptor&
     }
     std::u16string text;
     attribute_store::AppendText(source, field, data, text);
-    if (text.empty())
-    {
-        return;
-    }
-    FieldData* to = nullptr;
-    FieldDescriptor* target = attribute_store::FindField(copy, field.NameView(), to);
-    if (target == nullptr)
+    if (!text.empty())
     {
         m_result.Merge(copy.object->SetAttributeValue(field.Name(), ToString(text)));
-        return;
     }
-    m_result.Merge(attribute_store::SetText(copy, *target, field.NameView(), text,
-                                            attribute_store::SetTextOptions()));
+    if (field.Type() == zorvexFieldExternalReference && HasLoadFlag(data))
+    {
+        m_result.Merge(copy.object->SetAttributeValue(u"load", u"true"));
+    }
 }
 
 }  // namespace

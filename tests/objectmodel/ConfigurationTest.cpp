@@ -1,7 +1,11 @@
+#include <tuple>
+
 #include "objectmodel/ConfigurationStack.h"
 #include "objectmodel/TestObjects.h"
+#include "runtime/PagingHooks.h"
 #include "zorvex_api/ConfigurationRef.h"
 #include "zorvex_api/Exception.h"
+#include "zorvex_api/Session.h"
 
 using namespace zorvex_api;
 using namespace zorvex_test;
@@ -139,6 +143,70 @@ TEST_F(ConfigurationTest, TheCallbacksOfSerialisationAreLookedForThroughTheStack
     const ConfigurationRef first(&outer);
     const ConfigurationRef second(&inner);
     EXPECT_EQ(&callbacks, configuration_stack::SerialiseCallbacks());
+}
+
+TEST_F(ConfigurationTest, OptionsThatOutliveTheSessionTakeNoNewNodes)
+{
+    auto options = std::make_unique<Configuration>();
+    options->Set(u"a/b", u"1");
+    ASSERT_EQ(0, Terminate());
+    EXPECT_EQ(nullptr, options->Set(u"a/c", u"2"));
+    EXPECT_EQ(1, options->GetConfiguration(0)->NumberOfConfigurations());
+    EXPECT_EQ("none, unchanged", Value(*options, u"a/c"));
+    EXPECT_EQ("1", Value(*options, u"a/b"));
+    options.reset();
+    ASSERT_EQ(0, Initialise(0, nullptr, nullptr, nullptr));
+}
+
+/// Notes what the stack of options tells the paging service, and can raise.
+class ToyPaging : public PagingService
+{
+public:
+    ToyPaging() { PagingHooks::Set(this); }
+    ~ToyPaging() override { PagingHooks::Set(nullptr); }
+
+    bool Configure(Configuration* options, int popped, int starting) override
+    {
+        calls.push_back({options, popped, starting});
+        if (!trouble.empty())
+        {
+            throw Exception(527, String(trouble.c_str()));
+        }
+        return false;
+    }
+    void Stop() override {}
+    void Pin(const Object*) override {}
+    void Unpin(const Object*) override {}
+    void Made(Object*) override {}
+    void Ending(Object*) noexcept override {}
+
+    std::vector<std::tuple<Configuration*, int, int>> calls;
+    std::string trouble;
+};
+
+TEST_F(ConfigurationTest, ThePagingServiceHearsOfEachChangeAndMayRefuse)
+{
+    Configuration outer;
+    Configuration inner;
+    inner.Set(u"serialise", u"true");
+    ToyPaging paging;
+    {
+        const ConfigurationRef first(&outer);
+        {
+            const ConfigurationRef second(&inner);
+        }
+        paging.trouble = "SQLite serialisation is not supported. Rebuild with it.";
+        EXPECT_THROW(ConfigurationRef refused(&inner), Exception);
+        EXPECT_EQ(&outer, ConfigurationRef::GetActiveConfiguration());
+        paging.trouble = "The disk is full.";
+        EXPECT_NO_THROW(ConfigurationRef tolerated(&inner));
+        paging.trouble.clear();
+    }
+    using Call = std::tuple<Configuration*, int, int>;
+    EXPECT_THAT(paging.calls,
+                testing::ElementsAre(Call(&outer, 0, 0), Call(&inner, 0, 0), Call(&outer, 1, 0),
+                                     Call(&inner, 0, 0), Call(&inner, 0, 0), Call(&outer, 1, 0),
+                                     Call(nullptr, 0, 0)));
 }
 
 }  // namespace
