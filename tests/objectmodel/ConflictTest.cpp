@@ -77,6 +77,19 @@ TEST_F(ConflictTest, AnIdThatWasGivenIsAConflictUnlessForced)
     EXPECT_FALSE(ClassData::Of(m_view)->id.IsGenerated());
 }
 
+TEST_F(ConflictTest, WhatWasFoundBeforeAConflictIsRenumberedAllTheSame)
+{
+    m_def->SetId(u"bolt");
+    m_view->SetId(u"bolt");
+    m_instance->SetId(u"");
+    ClassData::Of(m_instance)->TakeGeneratedId();
+    m_other->SetId(m_instance->GetId());
+
+    EXPECT_FALSE(m_joining->ResolveIdConflict(m_document.get(), 0).Ok());
+    EXPECT_NE(IdOf(*m_other), IdOf(*m_instance));
+    EXPECT_EQ("bolt", IdOf(*m_view));
+}
+
 TEST_F(ConflictTest, NewNumbersLieAboveBothTrees)
 {
     AddChild(*m_document, u"ProductRevisionView")->SetId(u"id500");

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "objectmodel/ClassData.h"
+#include "objectmodel/DocumentMap.h"
 #include "objectmodel/TestObjects.h"
 #include "zorvex_api/TraverseContext.h"
 
@@ -217,6 +218,21 @@ TEST_F(DocumentWalkTest, ChangesMarkTheRootAndDropCompanions)
     EXPECT_NE(0u, document.stateFlags & ClassData::kNetworkStale);
     m_documents[0]->SetAttributeValue(u"name", u"changed");
     EXPECT_EQ(nullptr, document.GetExtension(extension_tag::kCompanions));
+}
+
+TEST_F(DocumentWalkTest, OnlyCompanionsThatNobodyWasGivenDieWithTheirDocument)
+{
+    ClassData& document = *ClassData::Of(m_documents[0].get());
+    document.AddCompanion(m_documents[1].get());
+    document.AddCompanion(m_documents[2].get());
+    Object* pulledIn = m_documents[2].release();
+    ClassData::Of(pulledIn)->stateFlags |= ClassData::kPulledInRoot;
+    ASSERT_TRUE(DocumentMap::Contains(ClassData::Of(pulledIn)));
+
+    m_documents[0].reset();
+
+    EXPECT_EQ(1u, DocumentMap::Count());
+    EXPECT_TRUE(DocumentMap::Contains(ClassData::Of(m_documents[1].get())));
 }
 
 TEST_F(DocumentWalkTest, DocumentsMayEndBeforeTheirCompanions)
