@@ -1,5 +1,7 @@
 #include "objectmodel/FieldSearch.h"
 
+#include <algorithm>
+
 namespace zorvex_api
 {
 
@@ -44,6 +46,19 @@ FieldDescriptor* FieldScope::FindExact(const FieldQuery& query) const
 
 FieldDescriptor* FieldScope::FindNear(const FieldQuery& query) const
 {
+    const auto matches = [&query](const FieldDescriptor& field)
+    {
+        return (field.Kind() & query.mask) != 0 &&
+               name_match::MatchesUnqualified(field, query.parts.name, query.mask) &&
+               OwnerFits(field, query);
+    };
+    if (index == nullptr)
+    {
+        const auto at = std::find_if(fields.begin(), fields.end(),
+                                     [&](const FieldDescriptor* field) { return matches(*field); });
+        return at != fields.end() ? *at : nullptr;
+    }
+
     FieldDescriptor* found = nullptr;
     std::uint32_t best = UINT32_MAX;
     // All names that the text can mean.
@@ -58,9 +73,7 @@ FieldDescriptor* FieldScope::FindNear(const FieldQuery& query) const
                     {
                         return true;
                     }
-                    if ((field->Kind() & query.mask) == 0 ||
-                        !name_match::MatchesUnqualified(*field, query.parts.name, query.mask) ||
-                        !OwnerFits(*field, query))
+                    if (!matches(*field))
                     {
                         return false;
                     }
