@@ -55,8 +55,8 @@ public:
     {
         if (m_size < m_capacity)
         {
-            m_data[m_size++] = item;
-            return m_size;
+            m_data[m_size] = item;
+            return ++m_size;
         }
         T copy(item);  // `item` may stand in the buffer that goes
         SetSizeEx(m_size + 1, 1);
@@ -197,7 +197,7 @@ private:
         {
             return;
         }
-        if (items >= m_data && items < m_data + m_size)
+        if (items >= m_data && items < m_data + m_capacity)
         {
             Array copy(count);  // own elements: keep them while the buffer changes
             copy.AppendItems(count, items);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "zorvex_api/Allocator.h"
 #include "zorvex_api/Array.h"
 #include "zorvex_api/Export.h"
@@ -40,6 +42,12 @@ struct FieldType
     short m_class = -999;  ///< the class value of the field's class, -999 when it has none
     int m_type = 0;        ///< a zorvexFieldType code
 };
+
+inline bool operator==(const FieldType& left, const FieldType& right)
+{
+    return left.m_class == right.m_class && left.m_type == right.m_type &&
+           left.m_name == right.m_name;
+}
 
 /// A copyable view of one field of a class: an attribute, a child element or the content.
 ///
@@ -84,5 +92,20 @@ public:
 private:
     FieldDescriptor* m_descriptor;  // not owned, may be null
 };
+
+/// The same field of the same class; two that name no field are equal.
+inline bool operator==(const FieldInfo& left, const FieldInfo& right)
+{
+    return left.GetDescriptor() == right.GetDescriptor();
+}
+inline bool operator!=(const FieldInfo& left, const FieldInfo& right)
+{
+    return !(left == right);
+}
+/// An order for keys of a `Map`; it differs from run to run.
+inline bool operator<(const FieldInfo& left, const FieldInfo& right)
+{
+    return std::less<FieldDescriptor*>()(left.GetDescriptor(), right.GetDescriptor());
+}
 
 }  // namespace zorvex_api

@@ -58,10 +58,15 @@ public:
     String& operator=(const char* text);
     String& operator=(const unsigned short* text);
     String& operator=(const char16_t* text);
+    String& operator=(std::nullptr_t) noexcept
+    {
+        Empty();
+        return *this;
+    }
 
     /// The `Set` operations replace the content and return 1. They return 0 and leave the text
-    /// as it was for a negative length when there is content, for an unknown encoding and for
-    /// UTF-8 that doesn't decode. A length of -1 borrows a wide text.
+    /// as it was for a negative length when there is content, for a wide length below -1, for an
+    /// unknown encoding and for UTF-8 that doesn't decode. A length of -1 borrows a wide text.
     int Set(const char* text, int length);
     int Set(const unsigned short* text, int length);
     int Set(const char16_t* text, int length);
@@ -106,11 +111,13 @@ public:
     String& operator+=(unsigned short unit);
     String& operator+=(const char* text);
     String& operator+=(const char16_t* text);
-    void Empty();
+    void Empty() noexcept;
     /// Replaces every occurrence from left to right, never looking at inserted text again.
     /// Returns the number of replacements.
     int Replace(const String& from, const String& to);
     int Replace(const char* from, const char* to);
+    int Replace(const String& from, const char* to) { return Replace(from, String(to)); }
+    int Replace(const char* from, const String& to) { return Replace(String(from), to); }
     int Replace(unsigned short from, unsigned short to);
 
     /// The text from `start` on, or `count` units of it. Raises code 16 for a negative argument

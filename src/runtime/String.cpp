@@ -543,7 +543,7 @@ String& String::operator+=(const char16_t* text)
     return *this;
 }
 
-void String::Empty()
+void String::Empty() noexcept
 {
     Adopt(nullptr);
 }

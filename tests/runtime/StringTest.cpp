@@ -110,6 +110,11 @@ TEST(StringTest, SetKeepsTheTextWhenItRefuses)
     EXPECT_EQ(text, u"n\u00e9");
     EXPECT_EQ(1, text.Set(u"wide", 2));
     EXPECT_EQ(text, "wi");
+    text = nullptr;
+    EXPECT_TRUE(text.IsEmpty());
+    EXPECT_EQ(0, text.Set(u"wide", -2));
+    EXPECT_EQ(1, text.Set(u"wide", -1));
+    EXPECT_EQ(text, "wide");
 }
 
 TEST(StringTest, BorrowedTextIsSharedUntilItIsChanged)
@@ -195,8 +200,10 @@ TEST(StringTest, ReplaceNeverLooksAtInsertedText)
     String growing("a.a");
     EXPECT_EQ(2, growing.Replace("a", "aa"));
     EXPECT_EQ(growing, "aa.aa");
-    EXPECT_EQ(2, growing.Replace("aa", ""));
+    EXPECT_EQ(2, growing.Replace("aa", String()));
     EXPECT_EQ(growing, ".");
+    EXPECT_EQ(1, growing.Replace(growing, ":"));
+    EXPECT_EQ(growing, ":");
     String self("xyx");
     EXPECT_EQ(1, self.Replace(self, self + self));
     EXPECT_EQ(self, "xyxxyx");
