@@ -30,8 +30,11 @@ public:
     LinkNode* GetPrevious() const { return m_previous; }
     LinkNode* GetNext() const { return m_next; }
     int GetKind() const { return m_kind; }
-    /// Calls the initialiser.
-    int RunInitialiser(void* argument) const { return m_initialiser(argument); }
+    /// Calls the initialiser; a node without one never succeeds.
+    int RunInitialiser(void* argument) const
+    {
+        return m_initialiser != nullptr ? m_initialiser(argument) : 0;
+    }
 
     /// The ClassDescriptor or PluginDescriptor, by kind; null until the node has been run.
     void* GetDescriptor() const { return m_descriptor; }

@@ -56,10 +56,17 @@ ClassDescriptorImpl::ClassDescriptorImpl()
 
 ClassDescriptorImpl* ClassDescriptorImpl::Make()
 {
-    const short value = ClassRegistry::TakeClassValue();
     auto* const impl = new ClassDescriptorImpl;
-    impl->m_classValue = value;
-    impl->m_descriptor = new ClassDescriptor(impl);
+    try
+    {
+        impl->m_classValue = ClassRegistry::TakeClassValue();
+        impl->m_descriptor = new ClassDescriptor(impl);
+    }
+    catch (...)
+    {
+        delete impl;
+        throw;
+    }
     return impl;
 }
 
@@ -125,11 +132,9 @@ void ClassDescriptorImpl::Unhold()
         return;
     }
     // The end of a class can be the end of its base, and so on up a chain of any length.
-    HookedVector<ClassDescriptorImpl*> ended{this};
-    while (!ended.empty())
+    HookedVector<ClassDescriptorImpl*> ended;
+    for (ClassDescriptorImpl* impl = this; impl != nullptr;)
     {
-        ClassDescriptorImpl* const impl = ended.back();
-        ended.pop_back();
         impl->UnlinkBase();
         for (ClassDescriptorImpl* base : impl->m_formerBases)
         {
@@ -140,6 +145,12 @@ void ClassDescriptorImpl::Unhold()
             }
         }
         delete impl->m_descriptor;
+        impl = nullptr;
+        if (!ended.empty())
+        {
+            impl = ended.back();
+            ended.pop_back();
+        }
     }
 }
 
@@ -395,6 +406,7 @@ void ClassDescriptorImpl::LinkBase(ClassDescriptorImpl* base) const
             return;
         }
     }
+    m_formerBases.reserve(m_formerBases.size() + 1);  // so that unlinking takes no memory
     base->m_holds.fetch_add(1, std::memory_order_relaxed);
     base->m_classHolds.fetch_add(1, std::memory_order_relaxed);
     auto* const self = const_cast<ClassDescriptorImpl*>(this);

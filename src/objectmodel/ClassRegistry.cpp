@@ -60,6 +60,10 @@ struct ClassRegistry::State : public LinkNodeOwner
         return impl.m_inRuntimeTables ? runtime : builtIn;
     }
 
+    void InsertNames(const ClassDescriptorImpl& impl);
+    /// False when one of the names wasn't there.
+    bool RemoveNames(const ClassDescriptorImpl& impl);
+
     std::recursive_mutex fillLock;
     std::recursive_mutex writeLock;
     std::atomic<bool> ready{false};   // all nodes have been run
@@ -115,6 +119,10 @@ bool ClassRegistry::IsClassValueTaken(short value)
 
 void ClassRegistry::GiveBackClassValue(short value) noexcept
 {
+    if (value <= 0)
+    {
+        return;  // the class never had one
+    }
     const MutexLock lock(kMutexClassValues);
     TheState().taken.reset(static_cast<size_t>(value - 1));
 }
@@ -205,24 +213,26 @@ void ClassRegistry::RunNode(LinkNode& node)
 {
     ClassDescriptorImpl* const impl = ClassDescriptorImpl::Make();
     ClassInitRecord record{1, impl->Descriptor(), nullptr};
-    int accepted = 0;
+    ClassDescriptor* standing = nullptr;
     try
     {
-        accepted = node.RunInitialiser(&record);
+        if (node.RunInitialiser(&record) != 0)
+        {
+            impl->SetStaticClassValue(record.staticClass);
+            standing = Register(impl->Descriptor());
+        }
     }
     catch (...)
     {
         impl->Release();
         throw;
     }
-    if (accepted == 0)
+    if (standing == nullptr)
     {
         impl->Release();
         return;
     }
     node.SetDone(true);
-    impl->SetStaticClassValue(record.staticClass);
-    ClassDescriptor* const standing = Register(impl->Descriptor());
     if (record.staticClass != nullptr)
     {
         *record.staticClass = standing->GetClass();
@@ -454,13 +464,9 @@ void ClassRegistry::Merge(ClassDescriptorImpl& standing, ClassDescriptorImpl& fr
     ++standing.m_useCount;
 }
 
-/// Under the write lock, and mutex 4 for a class made at run time.
-void ClassRegistry::Insert(ClassDescriptorImpl& impl)
+void ClassRegistry::State::InsertNames(const ClassDescriptorImpl& impl)
 {
-    State& state = TheState();
-    impl.m_inRuntimeTables = impl.IsRuntimeClass();
-    State::Tables& tables = state.TablesOf(impl);
-    impl.MakeKeys();
+    Tables& tables = TablesOf(impl);
     tables.byName.Insert(impl.m_qualifiedKey);
     tables.byLocalName.Insert(impl.m_localKey);
     if (impl.m_outputKey.owner != nullptr)
@@ -471,8 +477,42 @@ void ClassRegistry::Insert(ClassDescriptorImpl& impl)
     {
         tables.byName.Insert(impl.m_aliasKey);
     }
-    impl.m_registryIndex = static_cast<std::uint32_t>(tables.list.size());
-    tables.list.push_back(&impl);
+}
+
+bool ClassRegistry::State::RemoveNames(const ClassDescriptorImpl& impl)
+{
+    Tables& tables = TablesOf(impl);
+    bool complete = tables.byName.Remove(impl.m_qualifiedKey);
+    complete = tables.byLocalName.Remove(impl.m_localKey) && complete;
+    if (impl.m_outputKey.owner != nullptr)
+    {
+        complete = tables.byLocalName.Remove(impl.m_outputKey) && complete;
+    }
+    if (impl.m_aliasKey.owner != nullptr)
+    {
+        complete = tables.byName.Remove(impl.m_aliasKey) && complete;
+    }
+    return complete;
+}
+
+/// Under the write lock, and mutex 4 for a class made at run time.
+void ClassRegistry::Insert(ClassDescriptorImpl& impl)
+{
+    State& state = TheState();
+    impl.m_inRuntimeTables = impl.IsRuntimeClass();
+    State::Tables& tables = state.TablesOf(impl);
+    impl.MakeKeys();
+    try
+    {
+        state.InsertNames(impl);
+        tables.list.push_back(&impl);
+    }
+    catch (...)
+    {
+        state.RemoveNames(impl);  // no name may outlive a class that wasn't taken in
+        throw;
+    }
+    impl.m_registryIndex = static_cast<std::uint32_t>(tables.list.size() - 1);
     s_byValue[impl.Value()].store(impl.Descriptor(), std::memory_order_release);
     impl.m_published.store(true, std::memory_order_release);
     impl.m_registered.store(true, std::memory_order_release);
@@ -486,16 +526,7 @@ bool ClassRegistry::Remove(ClassDescriptorImpl& impl)
     const MutexLock runtimeLock(impl.m_inRuntimeTables ? kMutexRuntimeClasses : kMutexSlots);
     const std::lock_guard lock(state.writeLock);
     State::Tables& tables = state.TablesOf(impl);
-    bool complete = tables.byName.Remove(impl.m_qualifiedKey);
-    complete = tables.byLocalName.Remove(impl.m_localKey) && complete;
-    if (impl.m_outputKey.owner != nullptr)
-    {
-        complete = tables.byLocalName.Remove(impl.m_outputKey) && complete;
-    }
-    if (impl.m_aliasKey.owner != nullptr)
-    {
-        complete = tables.byName.Remove(impl.m_aliasKey) && complete;
-    }
+    const bool complete = state.RemoveNames(impl);
     // The last class takes the place of the one that goes.
     ClassDescriptorImpl* const last = tables.list.back();
     tables.list[impl.m_registryIndex] = last;

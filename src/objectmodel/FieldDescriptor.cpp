@@ -394,10 +394,6 @@ const String* FieldDescriptor::FindAllowedValue(const char* utf8) const
 void FieldDescriptor::MakeBuiltIns()
 {
     g_builtInsWanted = true;
-    if (g_builtIns[kId] != nullptr)
-    {
-        return;
-    }
     struct Row
     {
         TextView name;
@@ -408,8 +404,11 @@ void FieldDescriptor::MakeBuiltIns()
                                     {u"location", zorvexFieldSingleURI}};
     for (int i = 0; i < 3; ++i)
     {
-        g_builtIns[i] = new FieldDescriptor(nullptr, BorrowConstant(kRows[i].name), kRows[i].type,
-                                            String(), true);
+        if (g_builtIns[i] == nullptr)
+        {
+            g_builtIns[i] = new FieldDescriptor(nullptr, BorrowConstant(kRows[i].name),
+                                                kRows[i].type, String(), true);
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #include "objectmodel/Namespace.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "objectmodel/HookedVector.h"
 #include "runtime/MutexLock.h"
@@ -52,8 +53,9 @@ public:
         {
             s_records = new Records;
         }
-        auto* made = new Namespace(uri, prefix, isDefault, isCurrent, target);
-        s_records->insert(LowerBound(uri), made);
+        std::unique_ptr<Namespace> record(new Namespace(uri, prefix, isDefault, isCurrent, target));
+        s_records->insert(LowerBound(uri), record.get());
+        Namespace* const made = record.release();
         made->m_serial = s_last != nullptr ? s_last->m_serial + 1 : 0;
         made->m_previous = s_last;
         (s_last != nullptr ? s_last->m_next : s_first) = made;

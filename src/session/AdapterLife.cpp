@@ -41,40 +41,60 @@ private:
     Adapter* m_adapter;
 };
 
-/// Sends an operation without objects to every adapter; false when one reports an error.
-bool ProcessEach(AdapterOperation operation, Configuration* options)
+/// Sends an operation without objects to the adapter of a descriptor, if it has instances.
+Result ProcessOne(const PluginDescriptor& descriptor, AdapterOperation operation,
+                  Configuration* options)
 {
-    Array<PluginDescriptor*> descriptors;
-    PluginDescriptor::GetDescriptors(kAdapterType, descriptors);
-    bool good = true;
-    for (const PluginDescriptor* descriptor : descriptors)
+    Result result;
+    const AdapterInstance instance(descriptor.GetName());
+    if (instance.Get() != nullptr)
     {
-        const AdapterInstance instance(descriptor->GetName());
-        if (instance.Get() == nullptr)
-        {
-            continue;
-        }
-        Result result;
         PluginProcessData data;
         data.m_operation = operation;
         data.Set(0, &result);
         data.Set(1, options);
         ProcessLocked(instance.Get(), data);
-        good = good && result.Ok();
     }
-    return good;
+    return result;
+}
+
+bool Starts(const PluginDescriptor& descriptor, Configuration& options)
+{
+    try
+    {
+        return ProcessOne(descriptor, ZORVEX_OP_ADAPTER_INITALISE, &options).Ok() != 0;
+    }
+    catch (...)
+    {
+        return false;  // the others start all the same
+    }
+}
+
+Array<PluginDescriptor*> Adapters()
+{
+    Array<PluginDescriptor*> descriptors;
+    PluginDescriptor::GetDescriptors(kAdapterType, descriptors);
+    return descriptors;
 }
 
 }  // namespace
 
 bool StartAdapters(Configuration& options)
 {
-    return ProcessEach(ZORVEX_OP_ADAPTER_INITALISE, &options);
+    bool good = true;
+    for (const PluginDescriptor* descriptor : Adapters())
+    {
+        good = Starts(*descriptor, options) && good;
+    }
+    return good;
 }
 
 void StopAdapters()
 {
-    ProcessEach(ZORVEX_OP_ADAPTER_TERMINATE, nullptr);
+    for (const PluginDescriptor* descriptor : Adapters())
+    {
+        ProcessOne(*descriptor, ZORVEX_OP_ADAPTER_TERMINATE, nullptr);
+    }
 }
 
 }  // namespace zorvex_api::internal

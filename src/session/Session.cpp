@@ -160,7 +160,7 @@ bool ApplyOptions(const internal::StartOptions& options)
             pool = false;
             compress = false;
         }
-        good = !pagingFailed && LoadEnhancedSchemaSupport(*configuration);
+        good = LoadEnhancedSchemaSupport(*configuration) && !pagingFailed;
     }
     TrySetStorage(pool, compress);
     return good;

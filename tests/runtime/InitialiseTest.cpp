@@ -12,11 +12,13 @@
 #include "support/CountingAllocator.h"
 #include "support/Printers.h"
 #include "support/ScratchFolder.h"
+#include "zorvex_api/Adapter.h"
 #include "zorvex_api/Array.h"
 #include "zorvex_api/ClassDescriptor.h"
 #include "zorvex_api/Configuration.h"
 #include "zorvex_api/LinkNode.h"
 #include "zorvex_api/PluginDescriptor.h"
+#include "zorvex_api/PluginProcessData.h"
 #include "zorvex_api/Session.h"
 
 namespace zorvex_api
@@ -218,6 +220,40 @@ TEST_F(InitialiseTest, AdapterThatFailsToStartOrStopIsReported)
     EXPECT_EQ(0, Terminate());
 }
 
+int g_lateStarts = 0;
+
+class LateAdapter : public Adapter
+{
+public:
+    void Process(PluginProcessData* data) override
+    {
+        g_lateStarts += data->m_operation == ZORVEX_OP_ADAPTER_INITALISE ? 1 : 0;
+    }
+};
+
+int InitLateAdapter(void* argument)
+{
+    auto* const descriptor = static_cast<PluginDescriptor*>(argument);
+    descriptor->SetType(1);
+    descriptor->SetName("LATE");
+    descriptor->SetBase(Adapter::GetStaticPluginDescriptor());
+    descriptor->SetInstanceFunction([]() -> void* { return new LateAdapter; });
+    return 1;
+}
+
+TEST_F(InitialiseTest, AdapterThatRaisesDoesNotKeepTheOthersFromStarting)
+{
+    ASSERT_EQ(0, Start({}, {kExtension}));
+    ASSERT_EQ(0, Terminate());
+    const LinkNode node(&InitLateAdapter, LinkNode::kPlugin);
+    g_lateStarts = 0;
+    Extension("extension_raises") = 1;
+    EXPECT_EQ(84, Start({}));
+    Extension("extension_raises") = 0;
+    EXPECT_EQ(1, g_lateStarts);
+    EXPECT_EQ(0, Terminate());
+}
+
 short g_lateClass = 0;
 
 int InitLate(void* argument)
@@ -242,6 +278,65 @@ TEST_F(InitialiseTest, ClassOfALateLibraryIsThereAtTheNextAccessAndGoesWithIt)
     }
     EXPECT_EQ(nullptr, ClassDescriptor::FindByName("LateGauge"));
     EXPECT_EQ(0, Terminate());
+}
+
+TEST_F(InitialiseTest, LookUpOutsideASessionFillsTheMetadata)
+{
+    ASSERT_NE(nullptr, ClassDescriptor::FindByName("Product"));
+    EXPECT_EQ(0, Start({"__performance/improvements/on=false"}));
+    EXPECT_FALSE(SessionState::Pooling() || SessionState::Compression());
+    EXPECT_NE(nullptr, ClassDescriptor::FindByName("Product"));
+    EXPECT_EQ(0, Terminate());
+    ASSERT_NE(nullptr, ClassDescriptor::FindByName("Product"));
+    EXPECT_EQ(85, Terminate());
+    EXPECT_EQ(0, Start({}));
+    EXPECT_TRUE(SessionState::Pooling() && SessionState::Compression());
+}
+
+int g_numberedClasses = 0;
+
+int InitNumbered(void* argument)
+{
+    auto* const record = static_cast<ClassInitRecord*>(argument);
+    record->descriptor->SetName(String::Format("Numbered%d", g_numberedClasses++));
+    record->descriptor->SetBaseClass("Object");
+    return 1;
+}
+
+TEST_F(InitialiseTest, RefusedMemoryIsAnsweredByACodeAndLeavesNothing)
+{
+    ASSERT_EQ(0, Initialise(0, nullptr, &hooks, &hooks));
+    const long long needed = hooks.Total();
+    ASSERT_EQ(0, Terminate());
+    for (long long nth = 1; nth < needed; nth = nth * 5 / 4 + 1)
+    {
+        hooks.RefuseNth(nth);
+        EXPECT_NE(0, Start({})) << nth;
+        hooks.RefuseNth(0);
+        Terminate();
+        ASSERT_EQ(0, Start({})) << nth;
+        EXPECT_NE(nullptr, ClassDescriptor::FindByName("Product")) << nth;
+        ASSERT_EQ(0, Terminate()) << nth;
+        EXPECT_EQ(0, hooks.Live()) << nth;
+    }
+}
+
+TEST_F(InitialiseTest, MoreClassesThanTheTablesTakeLeaveTheSessionDown)
+{
+    const int before = ClassDescriptor::NumberOfClassDescriptors();
+    std::vector<std::unique_ptr<LinkNode>> nodes;
+    for (int count = before; count < 7978; ++count)
+    {
+        nodes.push_back(std::make_unique<LinkNode>(&InitNumbered, LinkNode::kClass));
+    }
+    EXPECT_EQ(0, Start({}));
+    EXPECT_EQ(0, Terminate());
+    nodes.push_back(std::make_unique<LinkNode>(&InitNumbered, LinkNode::kClass));
+    EXPECT_EQ(83, Start({}));
+    EXPECT_FALSE(SessionState::Active());
+    EXPECT_EQ(85, Terminate());
+    nodes.clear();
+    EXPECT_EQ(0, Start({}));
 }
 
 }  // namespace

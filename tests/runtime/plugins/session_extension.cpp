@@ -15,6 +15,7 @@ extern "C"
     __attribute__((visibility("default"))) int extension_starts = 0;
     __attribute__((visibility("default"))) int extension_stops = 0;
     __attribute__((visibility("default"))) int extension_fails = 0;
+    __attribute__((visibility("default"))) int extension_raises = 0;
 }
 
 namespace
@@ -64,6 +65,10 @@ public:
         {
             case ZORVEX_OP_ADAPTER_INITALISE:
                 ++extension_starts;
+                if (extension_raises != 0)
+                {
+                    throw Exception(2, "the gauge bursts");
+                }
                 if (extension_fails != 0)
                 {
                     static_cast<Result*>(result)->AddError(2, "no gauge is connected");
