@@ -215,14 +215,20 @@ FieldDescriptor* ClassDescriptorImpl::FindDuplicate(const FieldDescriptor& candi
 
 bool ClassDescriptorImpl::RegisterAgain(FieldDescriptor& present, const FieldDescriptor& candidate)
 {
-    if (!present.IsBuiltIn() || candidate.Type() != zorvexFieldString ||
-        candidate.NameView() != u"id")
+    if (candidate.Type() != zorvexFieldString || candidate.NameView() != u"id")
     {
         return false;
     }
+    if (View(BaseName()) == u"Object")
+    {
+        return true;
+    }
+    if (!present.IsBuiltIn())
+    {
+        return false;  // no IdObject: the id is an attribute like others
+    }
     const FieldSpan own = Fields();
-    const bool known = std::find(own.begin(), own.end(), &present) != own.end();
-    if (!known && View(BaseName()) != u"Object")
+    if (std::find(own.begin(), own.end(), &present) == own.end())
     {
         InsertField(&present, Place::Back);
     }

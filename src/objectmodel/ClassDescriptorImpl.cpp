@@ -290,13 +290,13 @@ void ClassDescriptorImpl::AddOptionalAttribute(const String& name)
     FieldsChanged(false);
 }
 
-void ClassDescriptorImpl::PublishClassValue() const
+void ClassDescriptorImpl::PublishClassValue(short value) const
 {
     for (short* place : {m_staticClassValue, m_legacyClassValue})
     {
         if (place != nullptr)
         {
-            *place = m_classValue;
+            *place = value;
         }
     }
 }
@@ -568,6 +568,7 @@ bool ClassDescriptorImpl::FindMembership(Membership which, TextView className) c
 
 void ClassDescriptorImpl::CollectConcreteClasses(Array<ClassDescriptor*>& classes) const
 {
+    ClassRegistry::ResolveBases();
     const std::lock_guard lock(ClassRegistry::WriteLock());
     HookedVector<const ClassDescriptorImpl*> pending{this};
     while (!pending.empty())

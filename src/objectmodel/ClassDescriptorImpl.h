@@ -166,8 +166,9 @@ public:
     void AddOptionalAttribute(const String& name);
     void SetStaticClassValue(short* place) { m_staticClassValue = place; }
     void SetLegacyClassValue(short* place) { m_legacyClassValue = place; }
-    /// Writes the class value to the statics of the generated class.
-    void PublishClassValue() const;
+    /// Writes a class value to the statics of the generated class: its own, or that of the class
+    /// it was merged into.
+    void PublishClassValue(short value) const;
 
     enum class Place
     {
@@ -191,7 +192,8 @@ public:
     /// The own field that the SetField operations mean; the built-in id for a class under IdObject.
     FieldDescriptor* FindOwnField(TextView name) const;
     /// Applies `change(field)` to the own field of that name; gives its result, 0 without a field.
-    /// The built-in id serves all classes: it is found, but nothing of it is changed.
+    /// The built-in id serves all classes: the change is judged on a copy, and the id stays as it
+    /// is.
     template <class Change>
     int ChangeField(TextView name, Change change);
     /// To be called after a change of own fields that layouts depend on.
@@ -348,9 +350,14 @@ template <class Change>
 int ClassDescriptorImpl::ChangeField(TextView name, Change change)
 {
     FieldDescriptor* const field = FindOwnField(name);
-    if (field == nullptr || field->IsBuiltIn())
+    if (field == nullptr)
     {
-        return field != nullptr;
+        return 0;
+    }
+    if (field->IsBuiltIn())
+    {
+        FieldDescriptor copy(nullptr, field->Name(), field->Type(), field->Prefix(), false);
+        return change(copy);
     }
     const std::uint32_t xmlName = field->XmlNameHash();
     if (!change(*field))

@@ -25,6 +25,48 @@ constexpr TextView kTwoColons = u"::";
 /// Tries of a new class value before all count as taken.
 constexpr int kValueTries = 32763;
 
+/// What a name of a class means: a namespace, empty for none, and a name in it.
+struct ClassName
+{
+    explicit ClassName(TextView text);
+
+    bool IsTooLong() const { return space.size() + local.size() >= kMaxName; }
+
+    bool unqualified = false;
+    String uri;  // holds the text of a space that a prefix stands for
+    TextView space;
+    TextView local;
+};
+
+ClassName::ClassName(TextView text) : local(text)
+{
+    const size_t lastColon = text.rfind(u':');
+    if (lastColon == TextView::npos)
+    {
+        unqualified = true;
+        space = Namespace::MainUri();
+        return;
+    }
+    if (text.starts_with(kHttp))
+    {
+        return;
+    }
+    const size_t twoColons = text.find(kTwoColons);
+    if (twoColons != TextView::npos)
+    {
+        space = Namespace::MainUri();
+        local = text.substr(twoColons + kTwoColons.size());
+        return;
+    }
+    const MutexLock lock(kMutexNamespaces);
+    if (const Namespace* found = Namespace::FindByPrefix(text.substr(0, lastColon)))
+    {
+        uri = found->Uri();
+        space = View(uri);
+        local = text.substr(lastColon + 1);
+    }
+}
+
 LinkNode* RegisterNode()
 {
     return __atomic_load_n(&LinkNode::m_pRegisterNode, __ATOMIC_ACQUIRE);
@@ -270,6 +312,22 @@ void ClassRegistry::FinishAll()
     finish(runtime);
 }
 
+void ClassRegistry::ResolveBases()
+{
+    State::Classes classes;
+    {
+        const MutexLock runtimeLock(kMutexRuntimeClasses);
+        const std::lock_guard lock(WriteLock());
+        const State& state = TheState();
+        classes = state.builtIn.list;
+        classes.insert(classes.end(), state.runtime.list.begin(), state.runtime.list.end());
+    }
+    for (const ClassDescriptorImpl* impl : classes)
+    {
+        impl->Base();
+    }
+}
+
 // --- releasing ----------------------------------------------------------------------------------
 
 void ClassRegistry::ReleaseAll()
@@ -442,11 +500,12 @@ ClassDescriptor* ClassRegistry::Register(ClassDescriptor* descriptor)
     }
     if (standing == nullptr)
     {
-        fresh.PublishClassValue();
+        fresh.PublishClassValue(fresh.Value());
         return descriptor;
     }
+    fresh.PublishClassValue(standing->Value());
     fresh.Release();
-    standing->PublishClassValue();
+    standing->PublishClassValue(standing->Value());
     return standing->Descriptor();
 }
 
@@ -604,30 +663,8 @@ ClassDescriptor* ClassRegistry::Lookup(TextView text)
     {
         return nullptr;
     }
-    const size_t lastColon = text.rfind(u':');
-    if (lastColon == TextView::npos)
-    {
-        return FindUnqualified(text);
-    }
-    if (text.starts_with(kHttp))
-    {
-        return FindKey(ClassNameQuery(text));
-    }
-    const size_t twoColons = text.find(kTwoColons);
-    if (twoColons != TextView::npos)
-    {
-        return Find(Namespace::MainUri(), text.substr(twoColons + kTwoColons.size()));
-    }
-    String uri;
-    {
-        const MutexLock lock(kMutexNamespaces);
-        if (const Namespace* space = Namespace::FindByPrefix(text.substr(0, lastColon)))
-        {
-            uri = space->Uri();
-        }
-    }
-    return uri.IsEmpty() ? FindKey(ClassNameQuery(text))
-                         : Find(View(uri), text.substr(lastColon + 1));
+    const ClassName name(text);
+    return name.unqualified ? FindUnqualified(text) : Find(name.space, name.local);
 }
 
 /// In the main namespace or in none: built-in classes first.
@@ -647,24 +684,22 @@ ClassDescriptor* ClassRegistry::FindUnqualified(TextView name)
     return found != nullptr ? found : FindRuntimeKey(alone);
 }
 
-void ClassRegistry::CheckLength(TextView text)
+ClassDescriptor* ClassRegistry::FindByName(TextView text)
 {
-    const bool main = text.find(u':') == TextView::npos || text.find(kTwoColons) != TextView::npos;
-    if (text.size() + (main ? Namespace::MainUri().size() : 0) >= kMaxName)
+    const ClassName name(text);
+    if (name.IsTooLong())
     {
         throw Exception(520, String("Invalid XML namespace"));
     }
-}
-
-ClassDescriptor* ClassRegistry::FindByName(TextView text)
-{
-    CheckLength(text);
-    return Lookup(text);
+    if (text.empty() || !IsFilled())
+    {
+        return nullptr;
+    }
+    return name.unqualified ? FindUnqualified(text) : Find(name.space, name.local);
 }
 
 ClassDescriptor* ClassRegistry::FindForField(TextView text, bool searchAll)
 {
-    CheckLength(text);
     return searchAll && text.find(u':') == TextView::npos ? FindInAnyNamespace(text) : Lookup(text);
 }
 

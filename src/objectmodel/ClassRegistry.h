@@ -47,7 +47,8 @@ public:
     /// In any namespace: the main one, then registered ones from the last, then the class made
     /// last.
     static ClassDescriptor* FindInAnyNamespace(TextView localName);
-    /// For the class name of a field: FindByName, in any namespace when `searchAll`.
+    /// For the class name of a field: Lookup, in any namespace when `searchAll`. No length limit:
+    /// asking a field for its class raises nothing.
     static ClassDescriptor* FindForField(TextView text, bool searchAll);
     static ClassDescriptor* FindByClass(short classValue)
     {
@@ -102,6 +103,8 @@ private:
     static void FillLate();
     static void RunNode(LinkNode& node);
     static void FinishAll();
+    /// Resolves base classes that nobody has asked for yet, so that bases know the classes below.
+    static void ResolveBases();
     static void Forget(const Array<short>& classValues);
 
     static void Merge(ClassDescriptorImpl& standing, ClassDescriptorImpl& fresh);
@@ -109,7 +112,6 @@ private:
     /// Takes the class out of all tables. False when it wasn't in one.
     static bool Remove(ClassDescriptorImpl& impl);
 
-    static void CheckLength(TextView text);
     static ClassDescriptor* FindKey(const ClassNameQuery& key);
     static ClassDescriptor* FindRuntimeKey(const ClassNameQuery& key);
     static ClassDescriptor* FindUnqualified(TextView name);

@@ -29,8 +29,8 @@ const String& FieldInfo::GetClassString() const
     {
         return String::EmptyString();
     }
-    const String& list = m_descriptor->ClassList();
-    return list.IsEmpty() ? m_descriptor->ClassName() : list;
+    const String& name = m_descriptor->ClassName();
+    return name.IsEmpty() ? m_descriptor->ClassList() : name;
 }
 
 const String& FieldInfo::GetDefaultValue() const

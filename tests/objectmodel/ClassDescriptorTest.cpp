@@ -71,6 +71,15 @@ TEST_F(ClassDescriptorTest, ConcreteClassesAreThoseBelowThroughAbstractOnes)
     EXPECT_EQ(1, named(u"Entity3D")->GetConcreteClasses(classes));
     EXPECT_GE(classes.Lookup(named(u"Instance")), 0) << "two abstract classes further down";
     EXPECT_LT(classes.Lookup(named(u"Managed")), 0);
+
+    // Classes whose bases nobody has asked for yet.
+    ClassDescriptor* between = MakeClass(u"Between", u"1 t.xsd", u"StructureUsage");
+    between->SetIsAbstract(1);
+    ClassRegistry::Register(between);
+    ClassDescriptor* last = RegisterClass(u"Last", u"1 t.xsd", u"t:Between");
+    EXPECT_EQ(1, named(u"StructureUsage")->GetConcreteClasses(classes));
+    EXPECT_GE(classes.Lookup(last), 0);
+    EXPECT_LT(classes.Lookup(between), 0);
 }
 
 TEST_F(ClassDescriptorTest, ABaseThatComesLaterIsFoundThen)

@@ -72,7 +72,12 @@ TEST_F(ClassRegistryTest, ANameThatIsTooLongIsRefused)
 {
     const int room = 1022 - static_cast<int>(Namespace::MainUri().size());
     EXPECT_EQ(nullptr, ClassDescriptor::FindByName(String(u'x', room - 1)));
-    for (const String& name : {String(u'x', room), String(u"http:") + String(u'x', 1017)})
+    const std::u16string space = u"urn:" + std::u16string(1000, u's');
+    ClassDescriptor* far = ClassRegistry::MakeRuntimeClass(u"Far", space, u"far", nullptr);
+    EXPECT_EQ(far, ClassDescriptor::FindByName(u"far:Far"));
+    EXPECT_EQ(nullptr, ClassDescriptor::FindByName(String(u"::") + String(u'x', room - 1)));
+    for (const String& name : {String(u'x', room), String(u"http:") + String(u'x', 1017),
+                               String(u"far:") + String(u'x', 18)})
     {
         try
         {
@@ -309,6 +314,7 @@ TEST_F(ClassRegistryTest, ThreadsThatMeetTheSameUnknownNamesShareTheClassesAndFi
 // --- classes that come and go with a library ----------------------------------------------------
 
 short g_lateValue = 0;
+short g_lateLegacyValue = 0;
 const char16_t* g_lateVersion = u"1 late.xsd";
 const char16_t* g_lateField = u"first";
 
@@ -323,6 +329,7 @@ int InitLateClass(void* data)
     record.descriptor->SetNamespace(u"urn:late", u"late");
     record.descriptor->SetBaseClass(u"Object");
     record.descriptor->SetEquivalenceClass(u"0");
+    record.descriptor->SetProperty(u"legacy_class_value", &g_lateLegacyValue);
     return record.descriptor->RegisterField(g_lateField, zorvexFieldString);
 }
 
@@ -362,9 +369,11 @@ TEST_F(ClassRegistryTest, OfTwoClassesOfOneNameTheNewerVersionGivesTheFieldsTheO
     {
         g_lateVersion = u"3 late.xsd";
         g_lateField = u"second";
+        g_lateLegacyValue = 0;
         const LinkNode newer(&InitLateClass, LinkNode::kClass);
         EXPECT_EQ(late, ClassDescriptor::FindByName(u"late:LateClass"));
         EXPECT_EQ(value, g_lateValue);
+        EXPECT_EQ(value, g_lateLegacyValue);
         EXPECT_EQ("3", Utf8(late->GetVersion()));
         EXPECT_EQ(0, late->IsField(u"first", 14));
         EXPECT_EQ(1, late->IsField(u"second", 14));

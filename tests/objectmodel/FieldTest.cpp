@@ -219,6 +219,21 @@ TEST_F(FieldTest, RegisteringIdAgainIsAcceptedWhereItIsBuiltIn)
                 ElementsAre(FieldDescriptor::BuiltIn(FieldDescriptor::kId)));
     EXPECT_EQ(1, below->SetFieldRequired(u"id", 1));
     EXPECT_EQ(0, Info(Named(u"Instance"), u"id").IsRequired());
+    const char* texts[] = {"a", nullptr};
+    EXPECT_EQ(0, below->SetFieldLength(u"id", -1));
+    EXPECT_EQ(0, below->SetFieldClass(u"id", u"Instance Occurrence", 0));
+    EXPECT_EQ(0, below->SetFieldAllowedValues(u"id", texts));
+
+    // Elsewhere an id is an attribute like others.
+    ClassDescriptor* apart = RegisterClass(u"Apart");
+    EXPECT_EQ(0, apart->SetFieldRequired(u"id", 1));
+    EXPECT_EQ(1, apart->RegisterField(u"id", zorvexFieldString));
+    EXPECT_EQ(1, apart->RegisterField(u"id", zorvexFieldString)) << "straight below the root class";
+    EXPECT_EQ(0, apart->RegisterField(u"id", zorvexFieldInt));
+    EXPECT_EQ(1, apart->GetImplementation()->Fields().size());
+    EXPECT_EQ(
+        0,
+        RegisterClass(u"Lower", u"1 t.xsd", u"t:Apart")->RegisterField(u"id", zorvexFieldString));
 }
 
 TEST_F(FieldTest, NamesInDocumentsAreLoweredOnlyWithoutASchema)
@@ -305,6 +320,16 @@ TEST_F(FieldTest, TheClassOfAFieldComesFromItsClassTextOrItsName)
     Array<short> classes;
     refs.GetDescriptor()->Classes(classes);
     EXPECT_EQ(2, classes.GetSize());
+    EXPECT_EQ("ProductInstance nosuch Occurrence", Utf8(refs.GetClassString()));
+    EXPECT_EQ(1, descriptor->SetFieldClass(u"refs", u"Managed", 0));
+    EXPECT_EQ("Managed", Utf8(refs.GetClassString())) << "the text set last";
+    EXPECT_EQ(Named(u"Managed")->GetClass(), refs.GetClass());
+
+    // A name that is too long for a look-up by an application raises nothing here.
+    descriptor->RegisterField(String(u'L', 2000), zorvexFieldMultipleElement);
+    Array<FieldInfo> fields;
+    descriptor->GetFields(fields, 4, 0);
+    EXPECT_EQ(class_value::kUnset, fields[fields.GetSize() - 1].GetClass());
 
     EXPECT_EQ(1, descriptor->SetFieldClass(u"Text", u"Double", 0));
     EXPECT_EQ(-22, Info(descriptor, u"Text").GetClass());
