@@ -389,6 +389,8 @@ void Pointer::SetFileName(const String& name)
     Impl().m_file = ToString(text.substr(0, dot));
     m_impl->m_extension = dot == TextView::npos ? String() : ToString(text.substr(dot + 1));
     m_impl->m_fileName = ToString(text);
+    m_impl->m_fullPath.Empty();  // both hold the old name
+    m_impl->m_absolutePath.Empty();
 }
 
 void Pointer::SetFragment(const String& fragment)

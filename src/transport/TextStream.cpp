@@ -77,7 +77,14 @@ TextStream::~TextStream()
 {
     if (m_target != nullptr && m_ready > 0)
     {
-        WriteToTarget(std::string_view(m_buffer).substr(0, m_ready));
+        try
+        {
+            WriteToTarget(std::string_view(m_buffer).substr(0, m_ready));
+        }
+        catch (...)
+        {
+            // an application's stream may raise; nothing leaves a destructor
+        }
     }
     if (m_ownsStream)
     {

@@ -228,8 +228,11 @@ TEST(Pointer, FileNameAndFragmentCanBeReplaced)
 {
     Pointer pointer(u"d/a.xml#id1");
     String text;
+    EXPECT_EQ("d/a.xml", Utf8(pointer.GetAbsolutePath()));
     pointer.SetFileName(u"b.c.zorvex");
     EXPECT_EQ("b.c.zorvex", Utf8(pointer.GetFileName()));
+    EXPECT_EQ("d/b.c.zorvex", Utf8(pointer.GetFullPath()));
+    EXPECT_EQ("d/b.c.zorvex", Utf8(pointer.GetAbsolutePath()));
     EXPECT_EQ("d/a.xml#id1", Utf8(pointer.GetString()));
     EXPECT_TRUE(pointer.Construct(text).Ok());
     EXPECT_EQ("d/b.c.zorvex#id1", Utf8(text));

@@ -1,5 +1,6 @@
 #include "transport/TextStream.h"
 
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -274,6 +275,27 @@ TEST_F(TextStreamTest, RaisesWhenTheStreamFails)
     EXPECT_EQ(1, late.Write(std::string(200, 'x').c_str()));
     expectFailure([&] { late.FlushBuffer(); });
     expectFailure([&] { late.Write(std::string(1 << 20, 'x').c_str()); });
+}
+
+/// Raises on every write, as a stream of an application may.
+class RaisingStream : public MemoryStream
+{
+protected:
+    int WriteBytes(const void*, int) override { throw std::runtime_error("the line is down"); }
+};
+
+TEST_F(TextStreamTest, AStreamThatRaisesReachesTheCallerAndEndsInPeace)
+{
+    const auto options = zorvex_test::MakeOptions({{"adapters/ZORVEX/export/prolog", "false"}});
+    const auto write = [&options]
+    {
+        RaisingStream target;
+        TextStream out(&target, options.get(), 0);
+        out.SetBuffering(true);
+        out.Write("what still waits when the exception passes");
+        out.FlushBuffer();
+    };
+    EXPECT_THROW(write(), std::runtime_error);
 }
 
 TEST_F(TextStreamTest, WithoutATargetNothingIsWritten)
