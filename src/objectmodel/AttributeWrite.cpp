@@ -53,6 +53,30 @@ FieldDescriptor* RecordField(ClassData& owner, FieldDescriptor& field)
     return descriptor != nullptr ? descriptor->Layout().ExternalReference() : nullptr;
 }
 
+/// The URI that the attribute "format" of an object speaks of: the external reference, else the
+/// class's nearest single URI. Others, like `nameRef`, have formats of their own.
+const FieldDescriptor* UriField(ClassData& owner)
+{
+    ClassDescriptorImpl* descriptor = ClassDescriptorImpl::Of(owner.GetClassDescriptor());
+    if (descriptor == nullptr)
+    {
+        return nullptr;
+    }
+    const ClassLayout& layout = descriptor->Layout();
+    if (layout.ExternalReference() != nullptr)
+    {
+        return layout.ExternalReference();
+    }
+    for (const FieldDescriptor* field : layout.DerivedFirst())
+    {
+        if (field->Type() == zorvexFieldSingleURI)
+        {
+            return field;
+        }
+    }
+    return nullptr;
+}
+
 }  // namespace
 
 FieldData* NeedRecord(ClassData& owner, FieldDescriptor& field, FieldData* data)
@@ -91,14 +115,11 @@ void SetLoad(ExternalRep& reference, bool load)
 
 void TellFormat(ClassData& owner, TextView format)
 {
-    for (FieldData* data = owner.fields; data != nullptr; data = data->next)
+    const FieldDescriptor* field = UriField(owner);
+    const FieldData* data = field != nullptr ? owner.FindField(field) : nullptr;
+    if (data != nullptr && data->IsSet())
     {
-        const int type = data->descriptor->Type();
-        if ((type == zorvexFieldExternalReference || type == zorvexFieldSingleURI) && data->IsSet())
-        {
-            data->External()->SetFormat(owner.object, format, false);
-            return;
-        }
+        data->External()->SetFormat(owner.object, format, false);
     }
 }
 

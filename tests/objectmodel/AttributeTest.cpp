@@ -1,4 +1,5 @@
 #include "objectmodel/AttributeStore.h"
+#include "objectmodel/ExternalRep.h"
 #include "objectmodel/TestObjects.h"
 #include "zorvex_api/ConfigurationRef.h"
 #include "zorvex_api/Transf.h"
@@ -333,6 +334,30 @@ TEST_F(AttributeTest, ThePredecessorsFormatReadsAsZorvex)
     EXPECT_EQ("ZORVEX", Text(*file, u"format"));
     ASSERT_TRUE(file->SetAttributeValue(u"name", u"oRB").Ok());
     EXPECT_EQ("oRB", Text(*file, u"name"));
+}
+
+TEST_F(AttributeTest, AFormatIsToldToTheFileAndNotToOtherReferences)
+{
+    const auto format = [](Object& object, TextView name)
+    {
+        FieldData* data = nullptr;
+        attribute_store::FindField(*ClassData::Of(&object), name, data);
+        return data != nullptr ? ToUtf8(data->External()->FormatText()) : "no record";
+    };
+    const auto representation = Make(u"Representation");
+    const auto file = Make(u"ExternalFile");
+    representation->SetAttributeValue(u"location", u"plate.stp");
+    file->SetAttributeValue(u"locationRef", u"plate.stp");
+    for (Object* object : {representation.get(), file.get()})
+    {
+        ASSERT_TRUE(object->SetAttributeValue(u"nameRef", u"#id9").Ok());
+        ASSERT_TRUE(object->SetAttributeValue(u"format", u"TOY").Ok());
+        EXPECT_EQ("", format(*object, u"nameRef"));
+    }
+    EXPECT_EQ("TOY", format(*representation, u"location"));
+    EXPECT_EQ("TOY", format(*file, u"locationRef"));
+    representation->SetAttributeValue(u"format", u"oRB");
+    EXPECT_EQ("ZORVEX", format(*representation, u"location"));
 }
 
 // --- references
