@@ -66,7 +66,9 @@ int FileStreamImpl::Open()
 {
     const char* mode = ModeText(m_mode & kStreamModeMask);
     const std::string path = ToUtf8(m_name);
-    if (IsOpen() || path.empty() || mode == nullptr)
+    // the C library would open what stands in front of a zero byte
+    const bool isName = !path.empty() && path.find('\0') == std::string::npos;
+    if (IsOpen() || !isName || mode == nullptr)
     {
         return 0;
     }

@@ -247,6 +247,8 @@ TEST(FileStream, RefusesWhatIsNoFile)
         FileStream stream;
         EXPECT_EQ(0, stream.Open(String(folder.Path().c_str()), mode));
         EXPECT_EQ(0, stream.Open(String(), mode));
+        const String cut = folder.File("file") + String(u"\0.xml", 5);
+        EXPECT_EQ(0, stream.Open(cut, mode)) << "a zero byte ends no name";
         EXPECT_EQ(0, stream.Open(folder.File("missing/file"), mode));
     }
     FileStream stream;
