@@ -5,6 +5,7 @@
 #include "objectmodel/ExternalRep.h"
 #include "objectmodel/IdTable.h"
 #include "objectmodel/ObjectPin.h"
+#include "transport/AdapterImpl.h"
 #include "transport/DocumentPointer.h"
 #include "transport/LoadText.h"
 #include "transport/PluginInstances.h"
@@ -111,8 +112,12 @@ Stream* DocumentLoad::OpenStream()
 void DocumentLoad::Parse()
 {
     const Adapter* below = m_adapter.GetPrevious();
-    const String folder = below != nullptr ? below->GetContext() : String();
-    const String path = folder + String(u"/") + m_adapter.GetContext();
+    String path = below != nullptr ? below->GetContext() : String();
+    if (path.IsEmpty() == 0 && path.EndsWith(u"/") == 0)
+    {
+        path += u"/";
+    }
+    path += m_adapter.GetContext();
     ParseStream(path, m_stream, m_options, m_objects, &m_references, m_result, 0, nullptr,
                 IsLoadText(m_stream));
     delete m_stream;
@@ -121,8 +126,14 @@ void DocumentLoad::Parse()
 
 void DocumentLoad::HandOut()
 {
+    const bool isForReference = m_adapter.GetImplementation()->handle != nullptr;
     for (int i = 0; i < m_objects.GetSize(); ++i)
     {
+        if (isForReference)
+        {
+            // Before its own references are followed: what they lead to may hold it in turn.
+            ClassData::Of(m_objects[i])->stateFlags |= ClassData::kPulledInRoot;
+        }
         const Handle handle(m_objects[i]);
         RememberDocumentPointer(m_objects[i], m_pointer);
         if (m_resolver != nullptr && !HasStreamElement(m_pointer))

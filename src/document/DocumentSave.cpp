@@ -1,6 +1,7 @@
 #include "document/DocumentSave.h"
 
 #include <cstdint>
+#include <memory>
 
 #include "document/ZORVEXWriter.h"
 #include "objectmodel/ClassData.h"
@@ -101,6 +102,10 @@ void DocumentSave::Run()
             4, String(u"ZORVEX Adapter: Exception whilst saving stream ") + m_adapter.GetContext());
     }
     RemoveHeader();
+    if (m_stream != nullptr)
+    {
+        Deregister();  // it wasn't closed: nothing new stands under the pointer
+    }
 }
 
 void DocumentSave::RunSteps()
@@ -111,11 +116,7 @@ void DocumentSave::RunSteps()
     }
     PrepareRoot();
     m_adapter.ConstructPointer(m_pointer);
-    RememberDocumentPointer(m_root, m_pointer);
-    if (m_resolver != nullptr && !HasStreamElement(m_pointer))
-    {
-        m_resolver->RegisterObject(Handle(m_root), m_pointer);
-    }
+    Register();
     if (!HasOption(m_options, kTransform))
     {
         WriteDocument(m_stream);
@@ -129,6 +130,35 @@ void DocumentSave::RunSteps()
     if (Transform(&written))
     {
         CloseStream();
+    }
+}
+
+/// Before the write: what is saved with this document may refer back to it.
+void DocumentSave::Register()
+{
+    if (HasStreamElement(m_pointer))
+    {
+        return;
+    }
+    m_remembered = GetDocumentPointer(m_root) == nullptr;
+    RememberDocumentPointer(m_root, m_pointer);
+    if (m_resolver != nullptr)
+    {
+        Pointer known;
+        m_registered = m_resolver->FindPointer(Handle(m_root), known) == 0;
+        m_resolver->RegisterObject(Handle(m_root), m_pointer);
+    }
+}
+
+void DocumentSave::Deregister()
+{
+    if (m_remembered)
+    {
+        ForgetDocumentPointer(m_root);
+    }
+    if (m_registered)
+    {
+        m_resolver->DeregisterObject(Handle(m_root));
     }
 }
 
@@ -231,6 +261,7 @@ bool DocumentSave::Transform(Stream* written)
     Require(memory->Rewind());
     int isNew = 0;
     auto* parser = static_cast<Parser*>(FindInstance(kParserPlugin, String(), m_options, isNew));
+    const std::unique_ptr<Parser> owned(isNew != 0 ? parser : nullptr);
     if (parser == nullptr)
     {
         m_result.AddError(82, u"Unable to initialise parser.");
@@ -245,10 +276,6 @@ bool DocumentSave::Transform(Stream* written)
     {
         const PluginLock lock(parser->GetPluginDescriptor());
         parser->Process(&data);
-    }
-    if (isNew != 0)
-    {
-        delete parser;
     }
     m_result.Merge(transformed);
     if (transformed.Ok() == 0)

@@ -21,8 +21,8 @@ namespace zorvex_adapter
 /// One save of a document by the ZORVEX adapter: from root to a closed stream.
 ///
 /// The stream is closed only when everything was written, so that a target that is committed in
-/// Close stays as it was after a failure. What the save adds to the tree for the time of the write
-/// is taken out again whatever happens.
+/// Close stays as it was after a failure; nor does the root then count as standing there. What the
+/// save adds to the tree for the time of the write is taken out again whatever happens.
 class DocumentSave
 {
 public:
@@ -42,6 +42,8 @@ private:
     void PrepareRoot();
     void AddHeader();
     void RemoveHeader();
+    void Register();
+    void Deregister();
     void WriteDocument(zorvex_api::Stream* target);
     bool Transform(zorvex_api::Stream* written);
     void CloseStream();
@@ -54,6 +56,8 @@ private:
     zorvex_api::URIResolver* m_resolver;     // may be null
     zorvex_api::Stream* m_stream = nullptr;  // owned
     zorvex_api::Pointer m_pointer;
+    bool m_remembered = false;                 // the root had no pointer before this save
+    bool m_registered = false;                 // the resolver didn't know the root before this save
     std::vector<zorvex_api::Object*> m_added;  // in the order in which they go
 };
 

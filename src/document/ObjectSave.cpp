@@ -74,8 +74,15 @@ void RunOnChain(int operation, Object& object, const Pointer& pointer, Configura
 {
     const AdapterRef chain(pointer, nullptr, options);
     result.Merge(chain.GetResult());
-    if (chain.GetResult().HasError() != 0 || chain.IsValid() == 0)
+    if (chain.GetResult().HasError() != 0)
     {
+        return;
+    }
+    if (chain.IsValid() == 0)
+    {
+        // Only a warning so far, and nothing is written: that mustn't pass for a save.
+        result.AddError(
+            4, String::Format("Unable to save: \"%s\"", ToUtf8(pointer.GetString()).c_str()));
         return;
     }
     Array<Handle> handles;

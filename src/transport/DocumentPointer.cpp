@@ -39,6 +39,13 @@ void RememberDocumentPointer(Object* root, const Pointer& pointer)
     pin->SetExtension(extension_tag::kDocumentPointer, new Pointer(pointer));
 }
 
+void ForgetDocumentPointer(Object* root)
+{
+    const ObjectPin pin(root);
+    delete static_cast<Pointer*>(pin->GetExtension(extension_tag::kDocumentPointer));
+    pin->SetExtension(extension_tag::kDocumentPointer, nullptr);
+}
+
 bool HasStreamElement(const Pointer& pointer)
 {
     const int count = pointer.GetAdapterCount();

@@ -1,10 +1,9 @@
 #include "transport/DocumentUses.h"
 
-#include <algorithm>
-
 #include "objectmodel/ClassData.h"
 #include "objectmodel/EndOfObject.h"
 #include "runtime/MutexLock.h"
+#include "transport/URIResolverRegistry.h"
 
 namespace zorvex_api::internal
 {
@@ -33,6 +32,19 @@ ClassData* LivingRoot(const ExternalRep& reference)
     return nullptr;
 }
 
+/// Runs in destructors: an adapter that throws here has no one to tell.
+void DestroyThing(Handle& thing) noexcept
+{
+    ForgetObject(thing.GetData());
+    try
+    {
+        thing.Destroy();
+    }
+    catch (...)
+    {
+    }
+}
+
 bool IsPulledIn(const ClassData& root)
 {
     return (root.stateFlags & ClassData::kPulledInRoot) != 0;
@@ -56,9 +68,21 @@ void DocumentUses::Add(ExternalRep& reference, Object* root)
     const MutexLock lock(kReferenceMutex);
     if (m_holders[root].insert(&reference).second)
     {
-        m_held[&reference].push_back(root);
+        m_held[&reference].roots.push_back(root);
     }
     data.stateFlags |= ClassData::kUseCounted;
+    reference.flags |= ExternalRep::kCounted;
+}
+
+void DocumentUses::AddForeign(ExternalRep& reference, const Handle& thing)
+{
+    const MutexLock lock(kReferenceMutex);
+    const ForeignKey key(thing.GetData(), View(thing.GetFormat()));
+    const auto place = m_foreignHolders.try_emplace(key).first;
+    if (place->second.insert(&reference).second)
+    {
+        m_held[&reference].things.push_back(place);
+    }
     reference.flags |= ExternalRep::kCounted;
 }
 
@@ -93,27 +117,60 @@ void DocumentUses::LeaveArrayTargets(ExternalRep& reference)
 void DocumentUses::Drop(ExternalRep& reference)
 {
     std::vector<Object*> unheld;
+    std::vector<Handle> things;
     {
         const MutexLock lock(kReferenceMutex);
         LeaveArrayTargets(reference);
         reference.flags &= ~ExternalRep::kCounted;
-        const auto held = m_held.find(&reference);
-        if (held == m_held.end())
+        const auto place = m_held.find(&reference);
+        if (place == m_held.end())
         {
             return;
         }
-        const std::vector<Object*> roots = std::move(held->second);
-        m_held.erase(held);
-        for (Object* root : roots)
+        const Held held = std::move(place->second);
+        m_held.erase(place);
+        for (Object* root : held.roots)
         {
             m_holders[root].erase(&reference);
         }
-        unheld = TakeUnheld(roots);
+        unheld = TakeUnheld(held.roots);
+        things = LetGo(reference, held.things);
     }
     for (Object* root : unheld)
     {
         DeleteUnheldRoot(root);
     }
+    for (Handle& thing : things)
+    {
+        DestroyThing(thing);
+    }
+}
+
+void DocumentUses::LeaveForeign(ExternalRep& reference)
+{
+    const MutexLock lock(kReferenceMutex);
+    const auto place = m_held.find(&reference);
+    if (place != m_held.end())
+    {
+        LetGo(reference, std::exchange(place->second.things, {}));
+    }
+}
+
+/// Takes the reference off the things; gives those that it was the last to hold.
+std::vector<Handle> DocumentUses::LetGo(ExternalRep& reference,
+                                        const std::vector<ForeignThings::iterator>& things)
+{
+    std::vector<Handle> last;
+    for (const ForeignThings::iterator& thing : things)
+    {
+        thing->second.erase(&reference);
+        if (thing->second.empty())
+        {
+            last.emplace_back(thing->first.first, ToString(thing->first.second));
+            m_foreignHolders.erase(thing);
+        }
+    }
+    return last;
 }
 
 /// The candidates that nobody holds, with all pulled-in roots that are then held by nobody either
@@ -125,7 +182,7 @@ std::vector<Object*> DocumentUses::TakeUnheld(const std::vector<Object*>& candid
     {
         ClassData& data = *ClassData::Of(root);
         const bool ending = (data.stateFlags & ClassData::kDestructing) != 0;
-        if (!ending && data.owner == nullptr && IsPulledIn(data) && !IsHeld(root))
+        if (!ending && data.owner == nullptr && IsPulledIn(data) && !MayBeHeld(root))
         {
             // Whatever else would delete it while this list waits finds it an application's root.
             data.stateFlags &= ~ClassData::kPulledInRoot;
@@ -135,8 +192,10 @@ std::vector<Object*> DocumentUses::TakeUnheld(const std::vector<Object*>& candid
     return unheld;
 }
 
-/// Whether a root of the application, or one that was never pulled in, leads to this one.
-bool DocumentUses::IsHeld(Object* root) const
+/// Whether a root of the application, or one that was never pulled in, leads to this one; also
+/// while a dying tree still does: the last reference of that tree to go asks again, so that the
+/// end of a tree with many references looks at each of them once.
+bool DocumentUses::MayBeHeld(Object* root) const
 {
     std::unordered_set<const Object*> seen{root};
     std::vector<Object*> open{root};
@@ -151,7 +210,11 @@ bool DocumentUses::IsHeld(Object* root) const
         for (const ExternalRep* reference : holders->second)
         {
             ClassData* holder = LivingRoot(*reference);
-            if (holder == nullptr || !seen.insert(holder->object).second)
+            if (holder == nullptr)
+            {
+                return true;
+            }
+            if (!seen.insert(holder->object).second)
             {
                 continue;
             }
@@ -173,9 +236,9 @@ void DocumentUses::Forget(Object* object) noexcept
     {
         for (ExternalRep* reference : holders->second)
         {
-            auto& held = m_held[reference];
-            held.erase(std::remove(held.begin(), held.end(), object), held.end());
-            if (held.empty())
+            Held& held = m_held[reference];
+            std::erase(held.roots, object);
+            if (held.roots.empty() && held.things.empty())
             {
                 m_held.erase(reference);
                 reference->flags &= ~ExternalRep::kCounted;

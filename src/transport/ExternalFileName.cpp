@@ -18,6 +18,7 @@ namespace
 {
 
 constexpr TextView kUnfitCharacters = u"\"\\:*?<>|'@ []{}()=/.";
+constexpr std::size_t kLongestName = 200;  // bytes; leaves room for number and extension
 constexpr TextView kBodyIndex = u"body_index_";
 
 bool IsRepresentationOwner(const Object* owner)
@@ -42,6 +43,11 @@ bool SameHandles(const Array<Handle>& a, const Array<Handle>& b)
         }
     }
     return true;
+}
+
+bool EndsInHalfCharacter(TextView text)
+{
+    return !text.empty() && (text.back() & 0xFC00) == 0xD800;
 }
 
 void ReplaceUnfit(std::u16string& text)
@@ -185,6 +191,10 @@ String MakeFileName(const FileNameSource& source, int number, int& stripLocator)
         {
             naming.name += ending;
         }
+    }
+    while (ToUtf8(naming.name).size() > kLongestName || EndsInHalfCharacter(naming.name))
+    {
+        naming.name.pop_back();  // names that are made from names grow; numbers tell them apart
     }
     String name = ToString(naming.name);
     if (StandsInPackage(source.adapter))

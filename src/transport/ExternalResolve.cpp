@@ -8,6 +8,7 @@
 #include "transport/DocumentUses.h"
 #include "transport/ExternalFormat.h"
 #include "transport/ExternalQuestions.h"
+#include "transport/ExternalText.h"
 #include "transport/FileName.h"
 #include "transport/LoadDepth.h"
 #include "transport/LoadRefusal.h"
@@ -75,6 +76,12 @@ bool IsLocal(const Pointer& pointer)
 {
     return pointer.GetAbsolutePath().IsEmpty() != 0 && pointer.GetAdapterCount() == 1 &&
            pointer.GetFormat() == u"ZORVEX" && pointer.GetLocatorString().IsEmpty() == 0;
+}
+
+/// "#" alone means the document itself.
+bool IsOwnDocument(TextView text)
+{
+    return text == u"#";
 }
 
 bool IsPlainId(TextView text)
@@ -154,31 +161,24 @@ void LocateInOwnDocument(Follow& follow, const Pointer& pointer, const String& l
     follow.reference.SetTargets(located);
 }
 
-/// A relative text is meant from the folder of the owner's document, when that is known.
-void CompleteRelative(Follow& follow, Pointer& pointer)
+/// A relative text is meant from the folder of the owner's document. On loading the chain below
+/// tells that folder; later the document does, or who registered it.
+void CompleteRelative(const Follow& follow, Pointer& pointer)
 {
-    if (follow.previous != nullptr || follow.owner == nullptr ||
-        pointer.GetAbsolutePath().IsEmpty() != 0 || pointer.GetScheme().IsEmpty() == 0 ||
-        pointer.IsRelative() == 0)
+    if (follow.previous != nullptr || follow.owner == nullptr)
     {
         return;
     }
     Object* root = follow.owner->GetRoot();
-    Pointer document;
-    if (follow.resolver == nullptr || follow.resolver->FindPointer(Handle(root), document) == 0)
+    Pointer registered;
+    const Pointer* document = GetDocumentPointer(root);
+    if (document == nullptr && follow.resolver->FindPointer(Handle(root), registered) != 0)
     {
-        const Pointer* remembered = GetDocumentPointer(root);
-        if (remembered == nullptr)
-        {
-            return;
-        }
-        document = *remembered;
+        document = &registered;
     }
-    const String folder = document.GetNetPath();
-    if (folder.IsEmpty() == 0)
+    if (document != nullptr)
     {
-        const String separator = folder.EndsWith(u"/") != 0 ? u"" : u"/";
-        pointer.Parse(folder + separator + pointer.GetString());
+        pointer = FromFolderOf(*document, pointer);
     }
 }
 
@@ -258,6 +258,7 @@ void LoadDocumentOf(Follow& follow, AdapterRef& chain, const Pointer& pointer,
     {
         return;
     }
+    // The adapter sees for whom it loads: its roots are pulled in.
     chain.GetAdapter()->GetImplementation()->handle = follow.owner;
     const std::unique_ptr<Configuration> copy = CopyOptions(follow.options);
     StoreInstance(copy.get(), kResolverPlugin, String(), follow.resolver, false);
@@ -275,23 +276,25 @@ void LoadDocumentOf(Follow& follow, AdapterRef& chain, const Pointer& pointer,
     }
 }
 
-/// Lets the reference hold the documents that it was followed into.
+/// Lets the reference hold the documents and the things that it was followed into.
 void CountUses(Follow& follow, const Array<Handle>& handles)
 {
     if (follow.owner == nullptr)
     {
         return;
     }
-    ClassData* ownRoot = ClassData::Of(follow.owner)->Root();
-    for (int i = 0; i < handles.GetSize(); ++i)
+    const ClassData* ownRoot = ClassData::Of(follow.owner)->Root();
+    for (const Handle& handle : handles)
     {
-        if (Object* object = handles.GetAt(i).GetObject())
+        ClassData* object = ClassData::Of(handle.GetObject());
+        ClassData* root = object != nullptr ? object->Root() : nullptr;
+        if (root != nullptr && root != ownRoot)
         {
-            ClassData* root = ClassData::Of(object)->Root();
-            if (root != ownRoot)
-            {
-                DocumentUses::Get().Add(follow.reference, root->object);
-            }
+            DocumentUses::Get().Add(follow.reference, root->object);
+        }
+        else if (object == nullptr && handle.GetData() != nullptr)
+        {
+            DocumentUses::Get().AddForeign(follow.reference, handle);
         }
     }
 }
@@ -318,23 +321,16 @@ void TakeTargets(Follow& follow, AdapterRef& chain, Array<Handle>& handles, cons
     CountUses(follow, handles);
 }
 
-/// Targets that a representation has loaded and its locators share.
-bool ShareTargets(Follow& follow, const Pointer& pointer)
+/// The reference whose targets a locator shares: that of the representation that it speaks of; null
+/// without one.
+ExternalRep* SharedWith(const Follow& follow, const Pointer& pointer)
 {
     if (pointer.GetFormat().IsEmpty() != 0 || pointer.GetAbsolutePath().IsEmpty() == 0)
     {
-        return false;
+        return nullptr;
     }
-    const OwnerFormat ofOwner = FormatFromOwner(follow.reference, follow.owner);
-    if (ofOwner.location == nullptr || ofOwner.location == &follow.reference)
-    {
-        return false;
-    }
-    Array<Handle> shared;
-    ofOwner.location->GetTargets(shared);
-    follow.reference.SetTargets(shared);
-    CountUses(follow, shared);
-    return shared.GetSize() > 0;
+    ExternalRep* location = FormatFromOwner(follow.reference, follow.owner).location;
+    return location != &follow.reference ? location : nullptr;
 }
 
 /// A document that was loaded for nobody and in which nothing was found: no one would delete it.
@@ -351,21 +347,23 @@ void DestroyUnwanted(Follow& follow, AdapterRef& chain, Array<Handle>& handles)
 }
 
 /// The document itself: found among those loaded, or loaded now.
-void FollowChain(Follow& follow, AdapterRef& chain, const Pointer& pointer, const String& locator)
+void FollowChain(Follow& follow, AdapterRef& chain, const Pointer& pointer, const String& locator,
+                 const ExternalRep* shared)
 {
-    if (ShareTargets(follow, pointer))
-    {
-        return;
-    }
     Array<Handle> handles;
     Result loaded;
-    const bool known = follow.resolver->FindObjects(pointer, handles) != 0 && handles.GetSize() > 0;
-    if (!known && !follow.loadAllowed)
+    bool isNew = false;
+    if (shared != nullptr)
     {
-        return;
+        shared->GetTargets(handles);
     }
-    if (!known)
+    else if (follow.resolver->FindObjects(pointer, handles) == 0 || handles.GetSize() == 0)
     {
+        if (!follow.loadAllowed)
+        {
+            return;
+        }
+        isNew = true;
         LoadDocumentOf(follow, chain, pointer, handles, loaded);
     }
     follow.result.Merge(loaded);
@@ -378,7 +376,7 @@ void FollowChain(Follow& follow, AdapterRef& chain, const Pointer& pointer, cons
     {
         TakeTargets(follow, chain, handles, locator);
     }
-    if (!known)
+    if (isNew)
     {
         DestroyUnwanted(follow, chain, handles);
     }
@@ -392,7 +390,7 @@ void LoadTarget(Follow& follow, Pointer& pointer)
         return;
     }
     pointer.EnsureFormat(FormatFromOwner(follow.reference, follow.owner).format);
-    const String locator = pointer.GetLocatorString();
+    String locator = pointer.GetLocatorString();
     if (follow.owner != nullptr && IsLocal(pointer))
     {
         LocateInOwnDocument(follow, pointer, locator);
@@ -406,7 +404,6 @@ void LoadTarget(Follow& follow, Pointer& pointer)
     }
     const ReferenceResolver resolver(follow.resolver, follow.options, follow.owner);
     follow.resolver = resolver.Get();
-    CompleteRelative(follow, pointer);
 
     ReferenceQuestion question(follow.resolver, follow.owner, follow.field, follow.options);
     if (!question.MayFollow(pointer, follow.result))
@@ -414,6 +411,11 @@ void LoadTarget(Follow& follow, Pointer& pointer)
         NoteRefusal();
         return;
     }
+    if (pointer.GetLocatorString().IsEmpty() == 0)
+    {
+        locator = pointer.GetLocatorString();  // the resolver may have named another element
+    }
+    CompleteRelative(follow, pointer);
     EnsureAnyFormat(follow, pointer);
     if (pointer.GetFormat().IsEmpty() != 0)
     {
@@ -427,11 +429,12 @@ void LoadTarget(Follow& follow, Pointer& pointer)
         follow.result.Merge(chain.GetResult());
         return;
     }
-    chain->ConstructPointer(pointer);
+    const ExternalRep* shared = SharedWith(follow, pointer);
+    chain->ConstructPointer(pointer);  // with the folder in front
     if (mode == Mode::Translate)
     {
         pointer.SetLocatorString(locator);
-        follow.reference.StoreText(View(pointer.GetString()));
+        follow.reference.StoreText(View(TextWithin(follow.owner, pointer)));
         return;
     }
     Result asked;
@@ -441,7 +444,7 @@ void LoadTarget(Follow& follow, Pointer& pointer)
         return;
     }
     follow.result.Merge(asked);
-    FollowChain(follow, chain, pointer, locator);
+    FollowChain(follow, chain, pointer, locator, shared);
 }
 
 }  // namespace
@@ -455,6 +458,11 @@ void ExternalRep::Resolve(Object* ownerObject, Adapter* previous, Configuration*
         return;
     }
     const String stored = GetText();
+    if (ownerObject != nullptr && IsOwnDocument(View(stored)))
+    {
+        PointAt(*this, ownerObject->GetRoot());
+        return;
+    }
     Pointer pointer(stored);
     if (ownerObject != nullptr && (IsPlainId(View(stored)) || IsLocal(pointer)))
     {
@@ -480,6 +488,11 @@ void ExternalRep::ResolveAfterParse(Object* ownerObject, Adapter* adapter, Confi
         return;
     }
     const String stored = GetText();
+    if (IsOwnDocument(View(stored)))
+    {
+        PointAt(*this, ownerObject->GetRoot());
+        return;
+    }
     Pointer pointer(stored);
     if (IsPlainId(View(stored)) || IsLocal(pointer))
     {

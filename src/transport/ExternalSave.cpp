@@ -1,9 +1,11 @@
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ExternalRep.h"
+#include "runtime/StackSpace.h"
 #include "transport/DocumentPointer.h"
 #include "transport/ExternalFileName.h"
 #include "transport/ExternalQuestions.h"
+#include "transport/ExternalText.h"
 #include "transport/FileName.h"
 #include "transport/PluginLock.h"
 #include "transport/PluginSlots.h"
@@ -40,10 +42,12 @@ struct TargetSave
     Result& result;
 };
 
-bool IsDocument(Object* object)
+/// Whether a root stands, or can stand, in a file of its own; if not it was cut out of its
+/// document.
+bool IsDocument(Object* root)
 {
-    const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(object->GetClassDescriptor());
-    return impl != nullptr && impl->IsDocumentBase();
+    const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(root->GetClassDescriptor());
+    return (impl != nullptr && impl->IsDocumentBase()) || GetDocumentPointer(root) != nullptr;
 }
 
 /// Where the document stands already: as the resolver or the document itself knows.
@@ -68,9 +72,15 @@ void ChooseName(TargetSave& save, const Pointer& pointer, int& stripLocator)
 {
     const FileNameSource source{pointer,    save.targets, save.roots,
                                 save.owner, save.top,     save.resolver};
+    String before;
     for (int number = -1;; ++number)
     {
         const String name = FitFileName(MakeFileName(source, number, stripLocator), save.top);
+        if (number >= 0 && name == before)
+        {
+            return;  // a package has its members under one name only
+        }
+        before = name;
         save.top->SetContext(name);
         Pointer candidate;
         save.top->ConstructPointer(candidate);
@@ -90,7 +100,13 @@ bool SaveUnnamed(TargetSave& save, Pointer& pointer, ReferenceQuestion& question
     Pointer named;
     save.top->ConstructPointer(named);
     Result saved;
-    if (question.MayLoad(named, saved))
+    if (!HasStackSpace())
+    {
+        saved.AddError(4, String::Format("Unable to save: \"%s\": too long a chain of documents "
+                                         "that refer to each other and have no place yet",
+                                         ToUtf8(named.GetString()).c_str()));
+    }
+    else if (question.MayLoad(named, saved))
     {
         PluginProcessData data;
         data.m_operation = ZORVEX_OP_ADAPTER_SAVE;
@@ -172,8 +188,10 @@ void ExternalRep::Save(Object* ownerObject, Adapter* adapter, int referenceMode,
     {
         return;
     }
-    Pointer pointer(GetText());
-    pointer.EnsureFormat(single == nullptr ? GetFormat(ownerObject) : String(u"ZORVEX"));
+    const Pointer before(GetText());
+    Pointer pointer(before);
+    const String targetFormat = single == nullptr ? GetFormat(ownerObject) : String(u"ZORVEX");
+    pointer.EnsureFormat(targetFormat);
 
     const ReferenceResolver resolver(nullptr, options, ownerObject);
     ReferenceQuestion question(resolver.Get(), ownerObject, field, options);
@@ -181,6 +199,7 @@ void ExternalRep::Save(Object* ownerObject, Adapter* adapter, int referenceMode,
     {
         return;
     }
+    pointer.EnsureFormat(targetFormat);  // the resolver may have put another pointer in its place
     const AdapterRef chain(pointer.GetFormat(), adapter, options);
     result.Merge(chain.GetResult());
     if (chain.IsValid() == 0)
@@ -207,7 +226,7 @@ void ExternalRep::Save(Object* ownerObject, Adapter* adapter, int referenceMode,
         pointer.EnsureFormat(chain->GetFormat());
         pointer.SetLocatorString(locator);
     }
-    StoreText(View(pointer.GetString()));
+    StoreText(View(TextWithin(ownerObject, pointer, before)));
 }
 
 }  // namespace zorvex_api

@@ -16,31 +16,30 @@ namespace
 
 using namespace internal;
 
-/// The roots of things of another format, destroyed by the adapter of that format.
-void DestroyForeignTargets(const String& format, Array<Handle>& targets)
+/// What the adapter of a format has to keep so that its things stay: their roots.
+Array<Handle> LocateForeignRoots(const String& format, Array<Handle>& things)
 {
+    Array<Handle> roots;
     int isNew = 0;
     Adapter* adapter = FindAdapter(format, nullptr, isNew);
     if (adapter == nullptr)
     {
-        return;
+        return roots;
     }
-    Array<Handle> roots;
+    Result unheard;  // an adapter without this operation keeps nothing
     String everything;
     PluginProcessData locate;
     locate.m_operation = ZORVEX_OP_ADAPTER_LOCATE;
-    locate.Set(kHandlesSlot, &targets);
+    locate.Set(kResultSlot, &unheard);
+    locate.Set(kHandlesSlot, &things);
     locate.Set(kLocatedSlot, &roots);
     locate.Set(kLocatorSlot, &everything);
     ProcessLocked(adapter, locate);
-    PluginProcessData destroy;
-    destroy.m_operation = ZORVEX_OP_ADAPTER_DESTROY;
-    destroy.Set(kHandlesSlot, &roots);
-    ProcessLocked(adapter, destroy);
     if (isNew != 0)
     {
         ReleaseInstance(kAdapterPlugin, adapter);
     }
+    return roots;
 }
 
 /// A reference into a document that references brought in keeps that document alive.
@@ -62,11 +61,6 @@ void HoldDocumentOf(ExternalRep& reference, const Handle& handle)
 
 void ExternalRep::SetTargets(const Array<Handle>& newTargets)
 {
-    const bool wasCounted = (flags & kCounted) != 0;
-    if (!wasCounted)
-    {
-        ReleaseTargets();
-    }
     DocumentUses::Get().LeaveArrayTargets(*this);
     ClearTarget();
     if (newTargets.GetSize() == 0)
@@ -103,6 +97,7 @@ void ExternalRep::SetTargets(const Array<Handle>& newTargets)
 void ExternalRep::CountUses()
 {
     Array<Handle> targets;
+    Array<Handle> foreign;
     GetTargets(targets);
     const ClassData* ownRoot = owner->Root();
     for (const Handle& handle : targets)
@@ -113,6 +108,18 @@ void ExternalRep::CountUses()
         {
             DocumentUses::Get().Add(*this, root->object);
         }
+        else if (data == nullptr && handle.GetData() != nullptr)
+        {
+            foreign.Add(handle);
+        }
+    }
+    if (foreign.GetSize() == 0)
+    {
+        return;
+    }
+    for (const Handle& root : LocateForeignRoots(foreign[0].GetFormat(), foreign))
+    {
+        DocumentUses::Get().AddForeign(*this, root);
     }
 }
 
@@ -133,9 +140,8 @@ void ExternalRep::MoveTargets(Array<Handle>& out)
     GetTargets(out);
     if ((flags & kHandles) != 0)
     {
-        DocumentUses::Get().Drop(*this);  // while the array tells which objects know of it
+        DocumentUses::Get().LeaveForeign(*this);  // the receiver has them now
         DocumentUses::Get().LeaveArrayTargets(*this);
-        // The receiver has the things of other formats now: nothing is destroyed.
         handles->RemoveAll();
     }
     ClearTarget();
@@ -147,25 +153,11 @@ void ExternalRep::ReleaseTargets()
     {
         return;
     }
+    DocumentUses::Get().Drop(*this);
     if ((flags & kHandles) != 0)
     {
-        Array<Handle> foreign;
-        for (const Handle& handle : *handles)
-        {
-            if (handle.IsObject() == 0)
-            {
-                foreign.Add(handle);
-            }
-        }
-        DocumentUses::Get().Drop(*this);
         ClearTarget();
-        if (foreign.GetSize() > 0)
-        {
-            DestroyForeignTargets(ToString(FormatText()), foreign);
-        }
-        return;
     }
-    DocumentUses::Get().Drop(*this);
 }
 
 }  // namespace zorvex_api

@@ -1,10 +1,14 @@
+#include "transport/ExternalText.h"
+
 #include <unistd.h>
 
+#include <cerrno>
 #include <string>
 
+#include "objectmodel/ClassData.h"
 #include "objectmodel/ExternalRep.h"
 #include "runtime/Utf8.h"
-#include "zorvex_api/Pointer.h"
+#include "transport/DocumentPointer.h"
 
 /// The text of a URI reference: as it is kept, and as a saved document has it.
 
@@ -135,14 +139,51 @@ bool HasParentSegment(TextView text)
 
 // --- relative texts ------------------------------------------------------------------------------
 
+using internal::FromFolderOf;
+
 bool HasLocation(const Pointer& pointer)
 {
     return pointer.GetAbsolutePath().IsEmpty() == 0;
 }
 
+bool DependsOnFolder(const Pointer& pointer)
+{
+    return HasLocation(pointer) && pointer.GetScheme().IsEmpty() != 0 && pointer.IsRelative() != 0;
+}
+
+/// The fragment behind a location. A locator with a "." would be read back as a part of the file
+/// name unless the chain is written out.
 String FragmentOf(const Pointer& pointer)
 {
-    return pointer.HasFragment() != 0 ? u"#" + pointer.GetFragment() : String();
+    if (pointer.HasFragment() == 0)
+    {
+        return String();
+    }
+    const String& control = pointer.GetLocatorString();
+    if (View(pointer.GetFragment()) == View(control) && View(control).find(u'.') != TextView::npos)
+    {
+        return u"#ZORVEX(ZORVEX-doc/" + control + u")";
+    }
+    return u"#" + pointer.GetFragment();
+}
+
+/// The canonical text in a form that reads back as the same pointer.
+String WholeText(const Pointer& pointer)
+{
+    const TextView text = View(pointer.GetString());
+    const int fragment = pointer.HasFragment() != 0 ? pointer.GetFragment().GetLength() + 1 : 0;
+    const TextView location = text.substr(0, text.size() - static_cast<std::size_t>(fragment));
+    return location.empty() ? pointer.GetString() : ToString(location) + FragmentOf(pointer);
+}
+
+Pointer WithChainOf(const Pointer& pointer, const String& place)
+{
+    Pointer made(place);
+    for (int i = 0; i < pointer.GetAdapterCount(); ++i)
+    {
+        made.Add(pointer.GetAdapterType(i), pointer.GetControlString(i));
+    }
+    return made;
 }
 
 /// The segments of a path that is relative to the working folder.
@@ -200,24 +241,61 @@ String WorkingFolder()
     return FromUtf8(folder.c_str()) + u"/";
 }
 
-/// A text relative to the working folder, as a document in another folder has to give it.
+/// A pointer relative to the working folder, as a document in another folder has to give it.
 String FromOtherFolder(const Pointer& target, const Pointer& document)
 {
-    if (target.GetScheme().IsEmpty() == 0 || target.IsRelative() == 0)
+    if (!DependsOnFolder(target))
     {
-        return target.GetString();
+        return WholeText(target);
     }
     const Array<String> from = Segments(document.GetPath());
     const bool documentIsRelative =
         document.GetScheme().IsEmpty() != 0 && document.IsRelative() != 0;
     if (!documentIsRelative || Climbs(from))
     {
-        return Pointer(WorkingFolder() + target.GetString()).GetString();
+        return Pointer(WorkingFolder() + target.GetFullPath()).GetString() + FragmentOf(target);
     }
     return WayBetween(from, Segments(target.GetPath())) + target.GetFileName() + FragmentOf(target);
 }
 
 }  // namespace
+
+namespace internal
+{
+
+Pointer FromFolderOf(const Pointer& document, const Pointer& pointer)
+{
+    const String& folder = document.GetNetPath();
+    if (!DependsOnFolder(pointer) || folder.IsEmpty() != 0)
+    {
+        return pointer;
+    }
+    const String separator = folder.EndsWith(u"/") != 0 ? u"" : u"/";
+    return WithChainOf(pointer, folder + separator + pointer.GetFullPath());
+}
+
+String TextWithin(Object* owner, const Pointer& pointer)
+{
+    const Pointer* document = owner != nullptr ? GetDocumentPointer(owner->GetRoot()) : nullptr;
+    if (document == nullptr || document->GetNetPath().IsEmpty() != 0)
+    {
+        return WholeText(pointer);
+    }
+    return FromOtherFolder(pointer, *document);
+}
+
+String TextWithin(Object* owner, const Pointer& pointer, const Pointer& before)
+{
+    const Pointer* document = GetDocumentPointer(owner->GetRoot());
+    if (document != nullptr && DependsOnFolder(before) &&
+        FromFolderOf(*document, before).GetAbsolutePath() == pointer.GetAbsolutePath())
+    {
+        return WholeText(WithChainOf(pointer, before.GetFullPath()));
+    }
+    return TextWithin(owner, pointer);
+}
+
+}  // namespace internal
 
 void ExternalRep::SetText(Object*, TextView newText, bool clearTarget)
 {
@@ -246,7 +324,9 @@ void ExternalRep::GetEscapedText(String& out) const
 
 void ExternalRep::GetRelativeText(const Pointer& document, String& out) const
 {
-    const Pointer pointer(GetText());
+    const Pointer stored(GetText());
+    const Pointer* own = internal::GetDocumentPointer(owner->Root()->object);
+    const Pointer pointer = own != nullptr ? FromFolderOf(*own, stored) : stored;
     String relative;
     if (!HasLocation(pointer))
     {
@@ -259,6 +339,11 @@ void ExternalRep::GetRelativeText(const Pointer& document, String& out) const
     else if (pointer.GetNetPath() == document.GetNetPath())
     {
         relative = pointer.GetFileName() + FragmentOf(pointer);
+    }
+    else if (own != nullptr && own->GetNetPath() == document.GetNetPath() &&
+             DependsOnFolder(stored))
+    {
+        relative = WholeText(stored);  // beside its former self a document keeps its ways
     }
     else
     {

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "runtime/StackSpace.h"
 #include "runtime/Text.h"
 #include "zorvex_api/Configuration.h"
 #include "zorvex_api/Result.h"
@@ -48,14 +49,15 @@ LoadDepth::~LoadDepth()
 
 bool LoadDepth::Allows(const String& uri, Result& result) const
 {
-    if (t_depth <= t_limit)
+    if (t_depth <= t_limit && (t_depth == 1 || HasStackSpace()))
     {
         return true;
     }
+    const long reached = t_depth - 1;  // on a small stack less than the option allows
     result.AddError(
         4, String::Format("Unable to load: \"%s\": a chain of more than %ld documents that refer "
                           "to each other (option \"%s\")",
-                          ToUtf8(uri).c_str(), t_limit, ToUtf8(kOption).c_str()));
+                          ToUtf8(uri).c_str(), reached, ToUtf8(kOption).c_str()));
     return false;
 }
 

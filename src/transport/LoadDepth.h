@@ -24,8 +24,8 @@ public:
     LoadDepth(const LoadDepth&) = delete;
     LoadDepth& operator=(const LoadDepth&) = delete;
 
-    /// False, with error 4 that names the option, when the limit is passed: then `uri` must not be
-    /// loaded.
+    /// False, with error 4 that names the option, when the limit is passed or the stack of the
+    /// thread has no room for another document: then `uri` must not be loaded.
     bool Allows(const String& uri, Result& result) const;
 };
 

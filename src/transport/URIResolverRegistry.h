@@ -1,16 +1,11 @@
 #pragma once
 
-namespace zorvex_api
+namespace zorvex_api::internal
 {
 
-class Object;
+/// Takes a dying object, or a thing of another format, out of the tables of all live resolvers.
+/// Cheap for one that no resolver knows; never throws. Objects that a resolver may know have the
+/// state flag kRegistered.
+void ForgetObject(void* object) noexcept;
 
-namespace internal
-{
-
-/// Takes a dying object out of the tables of all live resolvers. Cheap for an object that no
-/// resolver knows; never throws. Objects that a resolver may know have the state flag kRegistered.
-void ForgetObject(Object* object) noexcept;
-
-}  // namespace internal
-}  // namespace zorvex_api
+}  // namespace zorvex_api::internal

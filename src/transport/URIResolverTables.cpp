@@ -243,7 +243,7 @@ void URIResolverImpl::EraseHandle(const Place& place) noexcept
 namespace internal
 {
 
-void ForgetObject(Object* object) noexcept
+void ForgetObject(void* object) noexcept
 {
     const MutexLock lock(kMutexResolver);
     Holders& holders = AllHolders();

@@ -1,0 +1,410 @@
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <memory>
+
+#include "Documents.h"
+#include "objectmodel/ClassData.h"
+#include "transport/ToyAdapter.h"
+#include "zorvex_api/Load.h"
+#include "zorvex_api/URIResolverRef.h"
+
+/// Documents that references bring in: who keeps them, and when they go.
+
+namespace zorvex_test
+{
+
+using namespace zorvex_api;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class DocumentLifeTest : public DocumentsTest
+{
+protected:
+    std::unique_ptr<Object> Load(const String& uri)
+    {
+        Loaded loaded = LoadFrom(uri);
+        EXPECT_TRUE(loaded.GetResult().Ok()) << testing::PrintToString(loaded.GetResult());
+        Object* root = loaded.Root();
+        loaded.roots.clear();
+        return std::unique_ptr<Object>(root);
+    }
+    static Object* Part(const std::unique_ptr<Object>& document, const char* id = "id11")
+    {
+        return document->ResolveId(id);
+    }
+    /// Deletes an object through its owner.
+    static void Delete(Object* object)
+    {
+        EXPECT_EQ(0, object->GetOwner()->DeleteElement(object).NumberOfErrors());
+    }
+    /// Moves an object under another one, or makes it a root.
+    static void Move(Object* object, Object* owner)
+    {
+        EXPECT_TRUE(object->SetOwner(nullptr).Ok());
+        if (owner != nullptr)
+        {
+            const Result moved = object->SetOwner(owner);
+            EXPECT_TRUE(moved.Ok()) << testing::PrintToString(moved);
+        }
+    }
+};
+
+TEST_F(DocumentLifeTest, DocumentsGoWithTheDocumentThatBroughtThemIn)
+{
+    auto a = Load((Write("c.zorvex", {}), Write("b.zorvex", {"c.zorvex#id5"}),
+                   Write("a.zorvex", {"b.zorvex#id5"})));
+    EXPECT_EQ(3u, Alive());
+    a.reset();
+    EXPECT_EQ(0u, Alive());
+}
+
+TEST_F(DocumentLifeTest, ADocumentGoesWithTheLastReferenceToIt)
+{
+    Write("b.zorvex", {});
+    const auto a = Load(Write("a.zorvex", {"b.zorvex#id5", "b.zorvex#id6", "b.zorvex"}));
+    EXPECT_EQ(2u, Alive());
+    Delete(Part(a));
+    EXPECT_EQ(2u, Alive());
+    Part(a, "id12")->DeleteAttribute(u"revisionRef");
+    EXPECT_EQ(2u, Alive());
+    Part(a, "id13")->SetAttributeValue(u"revisionRef", String(u"#id5"));
+    EXPECT_EQ(1u, Alive());
+}
+
+TEST_F(DocumentLifeTest, DocumentsThatReferToEachOtherGoTogether)
+{
+    Write("b.zorvex", {"a.zorvex#id5", "c.zorvex#id5"});
+    Write("c.zorvex", {"b.zorvex#id6", "a.zorvex"});
+    const String path = Write("a.zorvex", {"b.zorvex#id5", "c.zorvex#id5"});
+    auto a = Load(path);
+    EXPECT_EQ(3u, Alive());
+    a.reset();
+    EXPECT_EQ(0u, Alive());
+
+    // One of the two ways in is enough to keep both.
+    for (const auto& order : {std::array{"id11", "id12"}, std::array{"id12", "id11"}})
+    {
+        a = Load(path);
+        Delete(Part(a, order[0]));
+        EXPECT_EQ(3u, Alive());
+        EXPECT_NE(nullptr, Target(Target(Part(a, order[1]))->ResolveId(u"id11")));
+        Delete(Part(a, order[1]));
+        EXPECT_EQ(1u, Alive());
+    }
+}
+
+TEST_F(DocumentLifeTest, WhatTheApplicationLoadsItDeletesItself)
+{
+    const URIResolverRef kept;
+    const String pathB = Write("b.zorvex", {});
+    const String pathA = Write("a.zorvex", {"b.zorvex#id5"});
+    for (const bool asksFirst : {true, false})
+    {
+        auto b = asksFirst ? Load(pathB) : nullptr;
+        auto a = Load(pathA);
+        if (b == nullptr)
+        {
+            b = Load(pathB);
+        }
+        EXPECT_EQ(2u, Alive());
+        EXPECT_EQ(b.get(), Target(Part(a))->GetRoot());
+        if (asksFirst)
+        {
+            a.reset();
+            EXPECT_NE(nullptr, b->ResolveId("id5"));
+            continue;
+        }
+        b.reset();
+        EXPECT_EQ(nullptr, Target(Part(a)));
+        EXPECT_EQ("b.zorvex#id5", Text(Part(a), u"revisionRef"));
+        Array<Handle> targets;
+        EXPECT_TRUE(Part(a)->ResolveAttribute(u"revisionRef", targets).Ok());
+        EXPECT_EQ(2u, Alive());
+    }
+}
+
+TEST_F(DocumentLifeTest, AnElementThatWasAskedForBringsItsDocumentToTheApplication)
+{
+    Write("c.zorvex", {});
+    const String b = Write("b.zorvex", {"c.zorvex#id5"});
+    for (const bool byLoad : {true, false})
+    {
+        Array<Handle> handles;
+        const Result result =
+            byLoad ? zorvex_api::Load(b + u"#id5", handles) : ResolveURI(b + u"#id5", handles);
+        EXPECT_THAT(Messages(result), IsEmpty());
+        ASSERT_EQ(1, handles.GetSize());
+        EXPECT_EQ("id5", Utf8(handles[0].GetObject()->GetId()));
+        EXPECT_EQ(2u, Alive());
+        delete handles[0].GetObject()->GetRoot();
+        EXPECT_EQ(0u, Alive());
+    }
+}
+
+TEST_F(DocumentLifeTest, AMovedSubtreeTakesItsHoldAlong)
+{
+    Write("b.zorvex", {});
+    auto a = Load(Write("a.zorvex", {"b.zorvex#id5"}));
+    auto other = MakeDocument();
+    EXPECT_EQ(1, Part(a)->SetId("moved"));
+    Move(Part(a, "moved"), other->ResolveId("id5")->GetOwner());
+    a.reset();
+    EXPECT_EQ(2u, Alive());
+    other.reset();
+    EXPECT_EQ(0u, Alive());
+
+    a = Load(m_folder.File("a.zorvex"));
+    std::unique_ptr<Object> part(Part(a));
+    Move(part.get(), nullptr);
+    a.reset();
+    EXPECT_EQ("five", Text(Target(part.get()), u"name"));
+    part.reset();
+    EXPECT_EQ(0u, Alive());
+}
+
+TEST_F(DocumentLifeTest, ASubtreeCutOutOfABroughtInDocumentStaysAlive)
+{
+    Write("b.zorvex", {});
+    auto a = Load(Write("a.zorvex", {"b.zorvex#id5", "b.zorvex#id6"}));
+    std::unique_ptr<Object> view(Target(Part(a)));
+    Move(view.get(), nullptr);
+    Delete(Part(a, "id12"));
+    a.reset();
+    EXPECT_EQ(0u, Alive());
+    EXPECT_EQ("five", Text(view.get(), u"name"));
+}
+
+TEST_F(DocumentLifeTest, ACopyHoldsWhatItsSourceHeld)
+{
+    Write("b.zorvex", {"a.zorvex#id6"});
+    auto a = Load(Write("a.zorvex", {"b.zorvex#id5"}));
+    Object* made = nullptr;
+    EXPECT_TRUE(a->Copy(made, 4).Ok());
+    std::unique_ptr<Object> copy(made);
+    a.reset();
+    EXPECT_EQ(2u, Alive());
+    ASSERT_NE(nullptr, Target(Part(copy)));
+    EXPECT_EQ("five", Text(Target(Part(copy)), u"name"));
+    EXPECT_EQ(nullptr, Target(Target(Part(copy))->ResolveId(u"id11")));
+
+    // A copy of the brought-in document is the application's.
+    EXPECT_TRUE(Target(Part(copy))->GetRoot()->Copy(made, 4).Ok());
+    const std::unique_ptr<Object> copyOfB(made);
+    copy.reset();
+    EXPECT_EQ(1u, Alive());
+}
+
+TEST_F(DocumentLifeTest, AReferenceThatTheApplicationSetHoldsTheDocumentToo)
+{
+    Write("b.zorvex", {});
+    Write("c.zorvex", {});
+    auto a = Load(Write("a.zorvex", {"b.zorvex#id5", "c.zorvex#id5"}));
+    auto other = MakeDocument();
+    Array<Handle> both;
+    both.Add(Handle(Target(Part(a))));
+    both.Add(Handle(Target(Part(a, "id12"))));
+    EXPECT_TRUE(Part(other)->SetAttributeValue(u"revisionRef", Reference(both)).Ok());
+    a.reset();
+    EXPECT_EQ(3u, Alive());
+    // One of several targets goes: the other stays.
+    Delete(both[0].GetObject());
+    Reference left;
+    EXPECT_TRUE(Part(other)->GetAttributeValue(u"revisionRef", left).Ok());
+    ASSERT_EQ(1, left.GetHandles().GetSize());
+    EXPECT_EQ(both[1].GetObject(), left.GetHandle().GetObject());
+    other.reset();
+    EXPECT_EQ(0u, Alive());
+}
+
+TEST_F(DocumentLifeTest, ADeadTargetLeavesTheTextAndTheDocument)
+{
+    Write("b.zorvex", {});
+    auto a = Load(Write("a.zorvex", {"b.zorvex#id5", "b.zorvex#id5"}));
+    Delete(Target(Part(a)));
+    EXPECT_EQ(nullptr, Target(Part(a)));
+    EXPECT_EQ(nullptr, Target(Part(a, "id12")));
+    EXPECT_EQ("b.zorvex#id5", Text(Part(a), u"revisionRef"));
+    EXPECT_EQ(2u, Alive());
+    EXPECT_THAT(Messages(Save(a.get(), m_folder.File("o.zorvex"))), IsEmpty());
+    EXPECT_THAT(m_folder.Read("o.zorvex"), testing::HasSubstr("revisionRef=\"b.zorvex#id5\""));
+    a.reset();
+    EXPECT_EQ(0u, Alive());
+}
+
+TEST_F(DocumentLifeTest, ADocumentInWhichNothingWasFoundGoesWithTheReferenceToo)
+{
+    Write("b.zorvex", {});
+    auto a = Load(Write("a.zorvex", {"b.zorvex#id99"}));
+    EXPECT_EQ(2u, Alive());
+    a.reset();
+    EXPECT_EQ(0u, Alive());
+}
+
+TEST_F(DocumentLifeTest, DocumentsOfTheApplicationMayGoInAnyOrder)
+{
+    const std::vector<std::string> all = {"a.zorvex#id5", "b.zorvex#id5", "c.zorvex#id6",
+                                          "d.zorvex"};
+    std::array<int, 4> order = {0, 1, 2, 3};
+    for (const char* name : {"a.zorvex", "b.zorvex", "c.zorvex", "d.zorvex"})
+    {
+        Write(name, all);
+    }
+    do
+    {
+        const URIResolverRef kept;
+        std::array<std::unique_ptr<Object>, 4> documents;
+        for (int i = 0; i < 4; ++i)
+        {
+            documents[static_cast<std::size_t>(i)] =
+                Load(m_folder.File(std::string(1, "abcd"[i]) + ".zorvex"));
+        }
+        EXPECT_EQ(4u, Alive());
+        for (std::size_t i = 0; i < 4; ++i)
+        {
+            documents[static_cast<std::size_t>(order[i])].reset();
+            for (std::size_t k = i + 1; k < 4; ++k)
+            {
+                const auto& left = documents[static_cast<std::size_t>(order[k])];
+                Text(Part(left), u"revisionRef");
+                if (Object* target = Target(Part(left, "id12")))
+                {
+                    EXPECT_EQ("five", Text(target, u"name"));
+                }
+            }
+        }
+        EXPECT_EQ(0u, Alive());
+    } while (std::next_permutation(order.begin(), order.end()));
+}
+
+TEST_F(DocumentLifeTest, ABroughtInDocumentThatTheApplicationDeletesIsForgotten)
+{
+    Write("c.zorvex", {"b.zorvex#id5"});
+    Write("b.zorvex", {"c.zorvex#id5"});
+    auto a = Load(Write("a.zorvex", {"b.zorvex#id5", "c.zorvex#id5"}));
+    delete Target(Part(a))->GetRoot();
+    EXPECT_EQ(nullptr, Target(Part(a)));
+    EXPECT_EQ(2u, Alive());
+    EXPECT_EQ(nullptr, Target(Target(Part(a, "id12"))->ResolveId(u"id11")));
+    a.reset();
+    EXPECT_EQ(0u, Alive());
+}
+
+TEST_F(DocumentLifeTest, TheEndOfManyReferencesToOneDocumentIsLinear)
+{
+    Write("b.zorvex", {});
+    auto a = Load(Write("a.zorvex", std::vector<std::string>(60000, "b.zorvex#id5")));
+    EXPECT_EQ(2u, Alive());
+    const auto start = std::chrono::steady_clock::now();
+    a.reset();
+    EXPECT_EQ(0u, Alive());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+// --- things of other formats
+// ------------------------------------------------------------------------------
+
+/// The toy format gives one thing for a file, and a part of it by locator.
+class ForeignLifeTest : public ToyTest
+{
+protected:
+    void SetUp() override
+    {
+        ToyTest::SetUp();
+        ToyAdapter::s_behaviour = [this](ToyAdapter& self, PluginProcessData& data)
+        { return Answer(self, data); };
+    }
+
+    bool Answer(ToyAdapter&, PluginProcessData& data)
+    {
+        auto* handles = internal::GetSlot<Array<Handle>>(data, internal::kHandlesSlot);
+        auto* located = internal::GetSlot<Array<Handle>>(data, internal::kLocatedSlot);
+        switch (data.m_operation)
+        {
+            case ZORVEX_OP_ADAPTER_LOAD:
+                handles->Add(Handle(new int(7), u"TOY"));
+                ++m_loaded;
+                return true;
+            case ZORVEX_OP_ADAPTER_LOCATE:
+                m_locators.push_back(
+                    Utf8(*internal::GetSlot<String>(data, internal::kLocatorSlot)));
+                *located = *handles;
+                return true;
+            case ZORVEX_OP_ADAPTER_DESTROY:
+                for (const Handle& handle : *handles)
+                {
+                    EXPECT_EQ(7, *static_cast<int*>(handle.GetData()));
+                    delete static_cast<int*>(handle.GetData());
+                    ++m_destroyed;
+                }
+                return true;
+            default:
+                return false;
+        }
+    }
+
+    std::string Document()
+    {
+        return WrapDocument(
+            "<ProductDef id=\"id1\"><InstanceGraph id=\"id2\"><ProductRevisionView id=\"id3\">"
+            "<Representation id=\"id4\" format=\"TOY\" location=\"x.toy\"/>"
+            "<Representation id=\"id5\" format=\"TOY\" location=\"x.toy\"/>"
+            "</ProductRevisionView></InstanceGraph></ProductDef>");
+    }
+
+    int m_loaded = 0;
+    int m_destroyed = 0;
+    std::vector<std::string> m_locators;
+    ScratchFolder m_folder;
+};
+
+TEST_F(ForeignLifeTest, AThingIsDestroyedWithTheLastReferenceToIt)
+{
+    const String path = m_folder.Write("a.zorvex", Document());
+    const URIResolverRef kept;
+    auto loaded = std::make_unique<Loaded>(LoadFrom(path));
+    EXPECT_TRUE(loaded->GetResult().Ok());
+    EXPECT_EQ(1, m_loaded);
+    Object* view = loaded->Root()->ResolveId("id3");
+    EXPECT_TRUE(view->DeleteElement(view->ResolveId("id4")).Ok());
+    EXPECT_EQ(0, m_destroyed);
+
+    Object* made = nullptr;
+    EXPECT_TRUE(loaded->Root()->Copy(made, 4).Ok());
+    std::unique_ptr<Object> copy(made);
+    loaded.reset();
+    EXPECT_EQ(0, m_destroyed);
+    copy.reset();
+    EXPECT_EQ(1, m_destroyed);
+
+    // The resolver doesn't give out what is gone.
+    EXPECT_TRUE(LoadFrom(path).GetResult().Ok());
+    EXPECT_EQ(2, m_loaded);
+    EXPECT_EQ(2, m_destroyed);
+}
+
+TEST_F(ForeignLifeTest, ALocatorSharesWhatItsRepresentationHasLoaded)
+{
+    const String path = m_folder.Write(
+        "a.zorvex",
+        WrapDocument(
+            "<ProductDef id=\"id1\"><InstanceGraph id=\"id2\"><ProductRevisionView id=\"id3\">"
+            "<Representation id=\"id4\" format=\"TOY\" location=\"x.toy\">"
+            "<LocatorRef locationRef=\"#ZORVEX(TOY-doc/face_3)\"/>"
+            "</Representation></ProductRevisionView></InstanceGraph></ProductDef>"));
+    {
+        const Loaded loaded = LoadFrom(path);
+        EXPECT_TRUE(loaded.GetResult().Ok());
+        EXPECT_EQ(1, m_loaded);
+        EXPECT_THAT(m_locators, testing::Contains("face_3"));
+        Array<Object*> locators;
+        loaded.Root()->ResolveId("id4")->GetElementsByClass(u"LocatorRef", locators);
+        ASSERT_EQ(1, locators.GetSize());
+        Reference shared;
+        locators[0]->GetAttributeValue(u"locationRef", shared);
+        EXPECT_EQ(1, shared.GetHandles().GetSize());
+    }
+    EXPECT_EQ(1, m_destroyed);
+}
+
+}  // namespace zorvex_test
