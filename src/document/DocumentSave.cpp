@@ -26,6 +26,7 @@ using namespace zorvex_api::internal;
 namespace
 {
 
+constexpr char16_t kMode[] = u"adapters/ZORVEX/export/mode";
 constexpr char16_t kTransform[] = u"adapters/ZORVEX/export/transform";
 constexpr char16_t kSdkVersion[] = u"adapters/ZORVEX/export/zorvex_sdk_version";
 constexpr char16_t kApplicationName[] = u"ZORVEX SDK";
@@ -35,6 +36,13 @@ bool HasOption(Configuration* options, const char16_t* path)
 {
     String ignored;
     return options != nullptr && options->Get(path, ignored) != nullptr;
+}
+
+bool OptionContains(Configuration* options, const char16_t* path, TextView part)
+{
+    String text;
+    return options != nullptr && options->Get(path, text) != nullptr &&
+           View(text).find(part) != TextView::npos;
 }
 
 bool OptionIs(Configuration* options, const char16_t* path, const char16_t* value)
@@ -116,7 +124,10 @@ void DocumentSave::RunSteps()
     }
     PrepareRoot();
     m_adapter.ConstructPointer(m_pointer);
-    Register();
+    if (!WritesPart())
+    {
+        Register();
+    }
     if (!HasOption(m_options, kTransform))
     {
         WriteDocument(m_stream);
@@ -131,6 +142,13 @@ void DocumentSave::RunSteps()
     {
         CloseStream();
     }
+}
+
+/// Whether an object below the root is written alone: no document stands under the pointer then.
+bool DocumentSave::WritesPart() const
+{
+    return m_object != m_root && OptionContains(m_options, kMode, u"xml_only") &&
+           !OptionContains(m_options, kMode, u"pointers");
 }
 
 /// Before the write: what is saved with this document may refer back to it.
@@ -250,8 +268,7 @@ void DocumentSave::RemoveHeader()
 void DocumentSave::WriteDocument(Stream* target)
 {
     ZORVEXWriter writer(m_adapter.GetPrevious(), m_options, target, m_pointer);
-    Object* written = writer.XmlOnly() && !writer.Pointers() ? m_object : m_root;
-    writer.Write(written, m_result);
+    writer.Write(WritesPart() ? m_object : m_root, m_result);
 }
 
 /// Passes what was written through the stylesheets and on to the real stream.

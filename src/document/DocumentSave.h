@@ -42,6 +42,7 @@ private:
     void PrepareRoot();
     void AddHeader();
     void RemoveHeader();
+    bool WritesPart() const;
     void Register();
     void Deregister();
     void WriteDocument(zorvex_api::Stream* target);

@@ -46,10 +46,6 @@ public:
     ZORVEXWriter(const ZORVEXWriter&) = delete;
     ZORVEXWriter& operator=(const ZORVEXWriter&) = delete;
 
-    /// "adapters/ZORVEX/export/mode" has "xml_only", or "pointers".
-    bool XmlOnly() const { return m_xmlOnly; }
-    bool Pointers() const { return m_pointers; }
-
     /// Writes the document of this root; what goes wrong beside the stream is merged into `result`.
     void Write(Object* root, Result& result);
 

@@ -2,11 +2,13 @@
 #include <array>
 #include <chrono>
 #include <memory>
+#include <random>
 
 #include "Documents.h"
 #include "objectmodel/ClassData.h"
 #include "transport/ToyAdapter.h"
 #include "zorvex_api/Load.h"
+#include "zorvex_api/TraverseContext.h"
 #include "zorvex_api/URIResolverRef.h"
 
 /// Documents that references bring in: who keeps them, and when they go.
@@ -17,6 +19,22 @@ namespace zorvex_test
 using namespace zorvex_api;
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+namespace
+{
+
+/// Goes everywhere, into other documents too.
+class Walk : public TraverseContext
+{
+public:
+    zorvexTraverseResult Visit(Object* object) override
+    {
+        EXPECT_NE(nullptr, object->GetClassDescriptor());
+        return zorvexTraverseContinue;
+    }
+};
+
+}  // namespace
 
 class DocumentLifeTest : public DocumentsTest
 {
@@ -217,6 +235,22 @@ TEST_F(DocumentLifeTest, AReferenceThatTheApplicationSetHoldsTheDocumentToo)
     EXPECT_EQ(0u, Alive());
 }
 
+TEST_F(DocumentLifeTest, ARootThatTheApplicationPlacesElsewhereIsItsOwn)
+{
+    m_folder.Write("p.zorvex",
+                   "<Product xmlns=\"http://www.zorvex.org/Schemas/ZORVEXSchema\" id=\"id77\" "
+                   "nameRef=\"b.zorvex#id5\"/>");
+    Write("b.zorvex", {});
+    auto a = Load(Write("a.zorvex", {"p.zorvex"}));
+    std::unique_ptr<Object> product(Target(Part(a)));
+    ASSERT_NE(nullptr, product);
+    EXPECT_TRUE(product->SetOwner(a->ResolveId("id2")).Ok());
+    EXPECT_EQ("#id77", Text(Part(a), u"revisionRef"));
+    EXPECT_TRUE(product->SetOwner(nullptr).Ok());
+    a.reset();
+    EXPECT_EQ("five", Text(Target(product.get(), u"nameRef"), u"name"));
+}
+
 TEST_F(DocumentLifeTest, ADeadTargetLeavesTheTextAndTheDocument)
 {
     Write("b.zorvex", {});
@@ -299,6 +333,128 @@ TEST_F(DocumentLifeTest, TheEndOfManyReferencesToOneDocumentIsLinear)
     a.reset();
     EXPECT_EQ(0u, Alive());
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+/// Whatever is done in whatever order: nothing stays behind, and nothing dead is followed.
+TEST_F(DocumentLifeTest, AnyOrderOfLoadsChangesAndDeletionsEndsWithNothing)
+{
+    const auto name = [](unsigned i) { return std::string(1, static_cast<char>('a' + i)); };
+    for (unsigned i = 0; i < 6; ++i)
+    {
+        std::vector<std::string> references;
+        for (unsigned k = 1; k < 4; ++k)
+        {
+            references.push_back(name((i * k + k) % 6) + ".zorvex" + (k == 2 ? "" : "#id5"));
+        }
+        Write(name(i) + ".zorvex", references);
+    }
+    for (unsigned seed = 0; seed < 40; ++seed)
+    {
+        std::minstd_rand random(seed + 1);
+        const auto below = [&](std::size_t limit)
+        { return static_cast<unsigned>(random() % limit); };
+        const std::unique_ptr<URIResolverRef> kept(seed % 2 == 0 ? new URIResolverRef : nullptr);
+        std::vector<std::unique_ptr<Object>> owned;  // roots of the application
+        for (int step = 0; step < 60; ++step)
+        {
+            const unsigned action = owned.empty() ? 0 : below(8);
+            Object* root = owned.empty() ? nullptr : owned[below(owned.size())].get();
+            Object* part =
+                root != nullptr ? root->ResolveId(below(2) == 0 ? "id11" : "id13") : nullptr;
+            Object* target = part != nullptr ? Target(part) : nullptr;
+            switch (action)
+            {
+                case 0:
+                {
+                    Array<Handle> handles;
+                    zorvex_api::Load(m_folder.File(name(below(6)) + ".zorvex"), handles);
+                    for (const Handle& handle : handles)
+                    {
+                        Object* made = handle.GetObject();
+                        const bool known =
+                            std::any_of(owned.begin(), owned.end(),
+                                        [&](const auto& other) { return other.get() == made; });
+                        if (!known)
+                        {
+                            owned.emplace_back(made);
+                        }
+                    }
+                    break;
+                }
+                case 1:
+                    std::swap(owned[below(owned.size())], owned.back());
+                    owned.pop_back();
+                    break;
+                case 2:
+                    if (target != nullptr && target->GetOwner() != nullptr)
+                    {
+                        target->GetOwner()->DeleteElement(target);
+                    }
+                    break;
+                case 3:
+                    if (part != nullptr)
+                    {
+                        part->SetAttributeValue(u"revisionRef", Reference(Handle(root)));
+                    }
+                    break;
+                case 4:
+                    if (part != nullptr)
+                    {
+                        const Object* other = owned[below(owned.size())].get();
+                        const Object* far = other->ResolveId("id12");
+                        Object* goal = far != nullptr ? Target(far) : nullptr;
+                        part->SetAttributeValue(u"revisionRef", Reference(Handle(goal)));
+                    }
+                    break;
+                case 5:
+                {
+                    Object* copy = nullptr;
+                    root->Copy(copy, 4);
+                    owned.emplace_back(copy);
+                    break;
+                }
+                case 6:
+                    if (part != nullptr && part->GetOwner() != nullptr)
+                    {
+                        part->SetOwner(nullptr);
+                        owned.emplace_back(part);
+                    }
+                    break;
+                default:
+                    if (part != nullptr)
+                    {
+                        Array<Handle> targets;
+                        part->ResolveAttribute(u"revisionRef", targets);
+                    }
+                    break;
+            }
+        }
+        for (const auto& root : owned)
+        {
+            String text;
+            root->GetXML(text, nullptr);
+            Walk walk;
+            root->Traverse(&walk);
+        }
+        owned.clear();
+        EXPECT_EQ(0u, Alive()) << "seed " << seed;
+    }
+}
+
+TEST(DocumentLifeAfterSessionTest, DocumentsMayGoAfterTheEndOfTheSession)
+{
+    const ScratchFolder folder;
+    const auto text = [](const std::string& reference)
+    { return WrapDocument("<ProductDef id=\"id1\" nameRef=\"" + reference + "\"/>"); };
+    folder.Write("b.zorvex", text("a.zorvex#id1"));
+    const String path = folder.Write("a.zorvex", text("b.zorvex#id1"));
+    ASSERT_EQ(0, Initialise(0, nullptr, 0, nullptr));
+    {
+        const Loaded loaded = LoadFrom(path);
+        EXPECT_EQ(2u, DocumentMap::Count());
+        EXPECT_EQ(0, Terminate());
+    }
+    EXPECT_EQ(0u, DocumentMap::Count());
 }
 
 // --- things of other formats

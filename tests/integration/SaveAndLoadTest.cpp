@@ -318,6 +318,33 @@ TEST_F(SaveAndLoadTest, AResolverKnowsWhereADocumentWasLoadedAndSaved)
     EXPECT_EQ(loaded.Root(), found[0].GetObject());
 }
 
+TEST_F(SaveAndLoadTest, APartInAFileIsNotThePlaceOfItsDocument)
+{
+    const auto a = MakeDocument();
+    const auto b = MakeDocument();
+    Refer(a.get(), b->ResolveId("id5"));
+    Object* part = b->ResolveId("id5");
+    EXPECT_TRUE(
+        Save(part, m_folder.File("part.zorvex"), {{"adapters/ZORVEX/export/mode", "xml_only"}})
+            .Ok());
+    EXPECT_THAT(m_folder.Read("part.zorvex"), Not(HasSubstr("ProductDef")));
+    EXPECT_EQ("a_id11.zorvex#id5 ", RevisionRefs(SavedAs(a.get(), "a.zorvex")));
+    // Without that mode the whole document is saved, whichever object is asked.
+    EXPECT_TRUE(Save(part, m_folder.File("b.zorvex")).Ok());
+    EXPECT_EQ(m_folder.Read("a_id11.zorvex"), m_folder.Read("b.zorvex"));
+}
+
+TEST_F(SaveAndLoadTest, ADocumentWithoutAPlaceCannotGoBesideAStream)
+{
+    const auto a = MakeDocument();
+    const auto b = MakeDocument();
+    Refer(a.get(), b->ResolveId("id5"));
+    const String address = StreamAddress(new MemoryStream);
+    EXPECT_THAT(Messages(Save(a.get(), "#ZORVEX(STREAM-doc/" + address + "/ZORVEX-doc)")),
+                ElementsAre(HasSubstr("ERROR 4: Unable to save: ")));
+    EXPECT_THAT(Files(), IsEmpty());
+}
+
 // --- texts and streams
 // ------------------------------------------------------------------------------------
 
