@@ -17,17 +17,18 @@ class ElementList : public Allocator
 {
 public:
     /// `chained` is fixed for the list's life.
-    explicit ElementList(bool chained) : m_chained(chained) {}
+    explicit ElementList(bool chained) : m_capacity(chained ? kChained : 0) {}
     ~ElementList();
     ElementList(const ElementList&) = delete;
     ElementList& operator=(const ElementList&) = delete;
 
     int Count() const { return m_count; }
-    bool IsChained() const { return m_chained; }
+    bool IsChained() const { return m_capacity == kChained; }
     /// By index from 0, in range. Constant time for an array.
     Object* At(int index) const;
     void Append(Object* child);
-    /// Takes out the entry of `child`, keeping the order; false when it isn't in.
+    /// Takes out the entry of `child`, keeping the order; false when it isn't in. Taking many out
+    /// of an array one by one, in whatever order, costs little each: see Places.
     bool Remove(const Object* child);
     bool Contains(const Object* child) const;
     /// Takes out the last child; null when the list is empty. Not in constant time when chained.
@@ -36,7 +37,7 @@ public:
     template <class Test>
     void Extract(Test test, Array<Object*>& taken)
     {
-        ElementList rest(m_chained);
+        ElementList rest(IsChained());
         Walk(
             [&](Object* child)
             {
@@ -62,22 +63,26 @@ public:
     template <class Visit>
     bool Walk(Visit&& visit) const
     {
-        return m_chained ? WalkChain(visit) : WalkArray(visit);
+        return IsChained() ? WalkChain(visit) : WalkArray(visit);
     }
 
     static void* operator new(std::size_t size);
     static void operator delete(void* block);
 
 private:
+    static constexpr int kChained = -1;
+
     struct Node
     {
         Object* child;
         Node* next;
     };
+    struct Places;
 
     template <class Visit>
     bool WalkArray(Visit& visit) const
     {
+        CloseGaps();
         for (int i = 0; i < m_count; ++i)
         {
             Object* child = m_items[m_first + i];
@@ -85,6 +90,7 @@ private:
             {
                 return false;
             }
+            CloseGaps();
             if (i < m_count && m_items[m_first + i] != child)
             {
                 --i;
@@ -117,19 +123,37 @@ private:
     void GrowArray();
     bool RemoveFromArray(const Object* child);
     bool RemoveFromChain(const Object* child);
-    /// Index of `child`, looked for from both ends at once; -1 when it isn't in.
+    /// Slot of `child`, looked for from both ends at once; -1 when it isn't in.
     int FindInArray(const Object* child) const;
+    /// The slot behind the last entry.
+    int EndSlot() const;
+    void NoteSearch(int looked) noexcept;
+    void MakePlaces();
+    void Vacate(int slot);
+    /// Before an array is read: its entries stand side by side afterwards.
+    void CloseGaps() const
+    {
+        if (m_places != nullptr)
+        {
+            MoveTogether();
+        }
+    }
+    void MoveTogether() const noexcept;
 
     union
     {
         Object** m_items = nullptr;  // array form; entries from m_first on
         Node* m_head;                // chained form
     };
-    Node* m_tail = nullptr;  // chained form
+    union
+    {
+        mutable Places* m_places = nullptr;  // array form; owned, mostly null
+        Node* m_tail;                        // chained form
+    };
     int m_count = 0;
-    int m_capacity = 0;
-    int m_first = 0;  // array form: room left by children removed from the front
-    bool m_chained = false;
+    int m_capacity;           // kChained in chained form
+    mutable int m_first = 0;  // array form: room left by children removed from the front
+    int m_looked = 0;         // array form: entries that removals went through in their searches
 };
 
 }  // namespace zorvex_api

@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <memory>
+#include <random>
 
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
@@ -16,6 +18,7 @@ using zorvex_api::Array;
 using zorvex_api::ClassData;
 using zorvex_api::ClassDescriptor;
 using zorvex_api::ClassDescriptorImpl;
+using zorvex_api::ElementList;
 using zorvex_api::FieldType;
 using zorvex_api::Object;
 using zorvex_api::ObjectCallbackBase;
@@ -425,6 +428,82 @@ TEST_F(TreeTest, ManyChildrenGoOneByOneFromEitherEnd)
     }
     EXPECT_THAT(Children(graph.get()), ElementsAre(products[9999], products[10000]));
     EXPECT_EQ(products[10000], graph->ResolveId(products[10000]->GetId()));
+}
+
+TEST(ElementListTest, AgreesWithAListThroughRandomChanges)
+{
+    std::mt19937 random(20);
+    std::vector<char> memory(1 << 16);
+    int unused = 0;  // the list compares children and never looks at one
+    for (const int most : {100, 3000})
+    {
+        ElementList list(false);
+        std::vector<Object*> expected;
+        const auto read = [&]
+        {
+            std::vector<Object*> children;
+            list.Walk(
+                [&](Object* child)
+                {
+                    children.push_back(child);
+                    return true;
+                });
+            return children;
+        };
+        for (int step = 0; step < 40000; ++step)
+        {
+            // Long runs of removals, with and without additions between, and few looks at the list.
+            const bool adds =
+                expected.empty() || (step / 2000 % 3 == 0 ? step % 2 == 0 : step / 2000 % 3 == 1);
+            if (adds && static_cast<int>(expected.size()) < most)
+            {
+                expected.push_back(reinterpret_cast<Object*>(&memory[unused++]));
+                list.Append(expected.back());
+                continue;
+            }
+            if (step % 1009 == 0)
+            {
+                ASSERT_EQ(expected.back(), list.TakeLast());
+                expected.pop_back();
+                continue;
+            }
+            const size_t index = random() % expected.size();
+            Object* child = expected[index];
+            expected.erase(expected.begin() + static_cast<std::ptrdiff_t>(index));
+            ASSERT_TRUE(list.Remove(child));
+            ASSERT_FALSE(list.Contains(child));
+            ASSERT_EQ(static_cast<int>(expected.size()), list.Count());
+            if (step % 997 == 0)
+            {
+                ASSERT_EQ(expected, read()) << step;
+            }
+        }
+        ASSERT_EQ(expected, read());
+    }
+}
+
+TEST(ElementListTest, AWalkMayTakeOutWhatItIsAt)
+{
+    char memory[1000];
+    ElementList list(false);
+    for (char& place : memory)
+    {
+        list.Append(reinterpret_cast<Object*>(&place));
+    }
+    for (int i = 100; i < 900; ++i)  // from the middle: the list remembers places
+    {
+        ASSERT_TRUE(list.Remove(reinterpret_cast<Object*>(&memory[i % 2 == 0 ? i : 1000 - i])));
+    }
+    int met = 0;
+    list.Walk(
+        [&](Object* child)
+        {
+            ++met;
+            return met % 2 == 0 || list.Remove(child);
+        });
+    EXPECT_EQ(200, met);
+    EXPECT_EQ(100, list.Count());
+    EXPECT_EQ(reinterpret_cast<Object*>(&memory[1]), list.At(0));
 }
 
 }  // namespace zorvex_test
