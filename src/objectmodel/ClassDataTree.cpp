@@ -32,6 +32,12 @@ struct Choice
     bool Fits() const { return count > 0 || takesAny; }
 };
 
+/// Whether there can be an id in the tree of this root.
+bool HasIds(const ClassData& root)
+{
+    return root.id.HasValue() || root.idTable != nullptr;
+}
+
 bool HasExactField(const ClassLayout& layout, TextView name)
 {
     const FieldDescriptor* field = layout.FindElement(name);
@@ -228,7 +234,7 @@ Result ClassData::Attach(Object* newOwner, TextView fieldName, FieldDescriptor* 
     {
         return Result(2, tree_message::HasOwner());
     }
-    if (resolveConflict && (id.HasValue() || idTable != nullptr))
+    if (resolveConflict && HasIds(*this) && HasIds(newRoot))
     {
         Result conflict = object->ResolveIdConflict(newOwner, 0);
         if (!conflict.Ok())

@@ -26,7 +26,9 @@ Result Object::ResolveAttributeValue(const String& name, Array<Reference>& value
     }
     if (data == nullptr)
     {
-        return attribute_message::NotSetWarning(View(name));
+        const bool isId = attribute_store::PartOf(*field) == attribute_store::Part::Id;
+        return isId && pin->id.HasValue() ? attribute_message::UnexpectedType()
+                                          : attribute_message::NotSetWarning(View(name));
     }
     std::optional<ConfigurationRef> active;
     if (configuration != nullptr)

@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "objectmodel/AsideWalk.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ExternalRep.h"
 #include "objectmodel/ObjectPin.h"
@@ -31,17 +32,16 @@ public:
     zorvexTraverseResult Visit(Object* object) override
     {
         ClassData& data = *ClassData::Of(object);
-        if (!data.id.HasValue() || m_other.ResolveId(data.id) == nullptr)
+        if (data.id.HasValue() && m_other.ResolveId(data.id) != nullptr)
         {
-            return zorvexTraverseContinue;
+            if (!data.id.IsGenerated() && !m_force)
+            {
+                conflict = &data;
+                return zorvexTraverseStop;
+            }
+            renumber.push_back(&data);
         }
-        if (!data.id.IsGenerated() && !m_force)
-        {
-            conflict = &data;
-            return zorvexTraverseStop;
-        }
-        renumber.push_back(&data);
-        return zorvexTraverseContinue;
+        return TraverseAside(data, *this);
     }
 
     ClassData* conflict = nullptr;
@@ -92,14 +92,15 @@ public:
 
     zorvexTraverseResult Visit(Object* object) override
     {
-        for (FieldData* data = ClassData::Of(object)->fields; data != nullptr; data = data->next)
+        const ClassData& owner = *ClassData::Of(object);
+        for (FieldData* data = owner.fields; data != nullptr; data = data->next)
         {
             if (data->IsSet() && data->descriptor->IsReference())
             {
                 Replace(*data);
             }
         }
-        return zorvexTraverseContinue;
+        return TraverseAside(owner, *this);
     }
 
 private:

@@ -1,5 +1,6 @@
 #include "objectmodel/SplitTreeContext.h"
 
+#include "objectmodel/AsideWalk.h"
 #include "objectmodel/ClassData.h"
 #include "objectmodel/IdTable.h"
 
@@ -19,14 +20,7 @@ zorvexTraverseResult SplitTreeContext::Visit(Object* object)
     {
         Move(*data);
     }
-    if (const Array<Object*>* aside = data->AsideChildren())
-    {
-        for (Object* child : *aside)
-        {
-            child->Traverse(this);
-        }
-    }
-    return zorvexTraverseContinue;
+    return TraverseAside(*data, *this);
 }
 
 void SplitTreeContext::Move(ClassData& data)

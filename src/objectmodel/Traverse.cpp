@@ -74,6 +74,17 @@ public:
         return nullptr;
     }
 
+    /// A visit's own value ends the list that its object stands in, and nothing more.
+    void LeaveList()
+    {
+        if (m_fields[m_field]->Type() == zorvexFieldMultipleElement)
+        {
+            ++m_field;
+            m_index = 0;
+            m_last = nullptr;
+        }
+    }
+
 private:
     void Open()
     {
@@ -195,6 +206,10 @@ zorvexTraverseResult Object::Traverse(TraverseContext* context)
         if (visited == zorvexTraverseContinue)
         {
             path.emplace_back(next, walk.followURI != 0);
+        }
+        else if (visited != zorvexTraverseSkip)
+        {
+            path.back().LeaveList();
         }
     }
     walk.depth = depth;

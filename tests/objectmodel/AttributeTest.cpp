@@ -463,6 +463,9 @@ TEST_F(AttributeTest, AnUnsetReferenceIsAWarningAndOtherFieldsAreNone)
                 ElementsAre("WARNING 2: Attribute: \"unitRef\" is not set."));
     EXPECT_THAT(Messages(Instance().GetAttributeValue(u"quantity", value)),
                 ElementsAre("ERROR 517: Unexpected field type."));
+    Instance().SetId(u"bolt");
+    EXPECT_THAT(Messages(Instance().ResolveAttributeValue(u"id", values, nullptr)),
+                ElementsAre("ERROR 517: Unexpected field type."));
 
     ASSERT_TRUE(Instance().SetAttributeValue(u"unitRef", u"id404").Ok());
     Array<Handle> handles;

@@ -99,6 +99,44 @@ TEST_F(ConflictTest, NewNumbersLieAboveBothTrees)
     EXPECT_EQ("id702", std::max(IdOf(*m_view), IdOf(*m_instance)));
 }
 
+TEST_F(ConflictTest, ChildrenKeptAsideGiveWayToo)
+{
+    const auto keepAside = [](Object& owner)
+    {
+        Object* aside = Make(u"Instance").release();
+        EXPECT_EQ(
+            1,
+            ClassData::Of(aside)->SetOwner(&owner, {}, nullptr, true, false, 1).NumberOfErrors());
+        return aside;
+    };
+    Object* aside = keepAside(*m_instance);
+    Object* below = keepAside(*aside);
+    for (Object* object : {aside, below})
+    {
+        Object* taken = AddChild(*m_document, u"ProductRevisionView");
+        taken->SetId(object->GetId());
+    }
+    m_view->SetAttributeValue(u"unitRef", Reference(below->GetId()));
+    below->SetAttributeValue(u"unitRef", Reference(aside->GetId()));
+
+    ASSERT_TRUE(m_joining->SetOwner(m_def).Ok());
+    m_joining.release();
+
+    for (Object* object : {aside, below})
+    {
+        EXPECT_EQ(object, m_document->ResolveId(object->GetId())) << IdOf(*object);
+    }
+    EXPECT_NE(IdOf(*aside), IdOf(*below));
+    EXPECT_EQ(IdOf(*aside), Text(*below, u"unitRef"));
+
+    const auto another = Make(u"InstanceGraph");
+    Object* clash = keepAside(*AddChild(*another, u"Instance"));
+    clash->SetId(aside->GetId());
+    EXPECT_THAT(
+        Messages(another->ResolveIdConflict(m_document.get(), 0)),
+        ElementsAre("ERROR 2: Element with id " + IdOf(*aside) + " conflicts with id in parent"));
+}
+
 TEST_F(ConflictTest, OnlyARootCanGiveWay)
 {
     EXPECT_THAT(Messages(m_view->ResolveIdConflict(m_document.get(), 1)),

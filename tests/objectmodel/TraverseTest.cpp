@@ -87,6 +87,18 @@ TEST_F(TraverseTest, SkipLeavesOutTheChildrenAndStopEndsTheWalk)
     EXPECT_THAT(stop.met, ElementsAre("graph", "instance", "first", "below"));
 }
 
+TEST_F(TraverseTest, AnotherAnswerEndsTheListOfItsObjectAlone)
+{
+    constexpr auto kOwn = static_cast<zorvexTraverseResult>(5);
+    AddNamed(*m_graph, u"Instance", u"behind");
+    Recorder walk([&](Object* object)
+                  { return object == m_instance ? kOwn : zorvexTraverseContinue; });
+    EXPECT_EQ(zorvexTraverseContinue, m_graph->Traverse(&walk));
+    EXPECT_THAT(walk.met, ElementsAre("graph", "instance", "first", "below", "second"));
+    Recorder top([](Object*) { return kOwn; });
+    EXPECT_EQ(kOwn, m_graph->Traverse(&top));
+}
+
 TEST_F(TraverseTest, AVisitMayTakeOutTheObjectThatItIsAt)
 {
     Recorder remover(
