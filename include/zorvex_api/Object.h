@@ -89,6 +89,11 @@ public:
     /// Stores a value. The empty text deletes the value, unless the active configuration has
     /// "adapters/ZORVEX/empty_attributes" set to "treat_as_set". A value equal to the default isn't
     /// stored on an untouched field.
+    ///
+    /// A reference is stored by its handles or, without any, by its text. A target of a field of
+    /// ids must stand in the same tree once this object has an owner and the target an id (code 2,
+    /// "... must be in the same root as object."). A single reference and an external one
+    /// ("location") take one handle, more are code 2; a single URI takes several.
     Result SetAttributeValue(const String& name, int value);
     Result SetAttributeValue(const String& name, double value);
     Result SetAttributeValue(const String& name, const String& value);
@@ -136,8 +141,11 @@ public:
     // --- references -------------------------------------------------------------------------
 
     /// Follows a reference and gives what it leads to; may load documents. `handles` is emptied.
+    /// When nothing was found and nothing else is wrong: code 2, "Unable to resolve attribute:
+    /// \"%s\".".
     Result ResolveAttribute(const String& name, Array<Handle>& handles);
-    /// `configuration` may be null. A reference that leads nowhere has its text and no handle.
+    /// `configuration` may be null. A reference that leads nowhere has its text and no handle. An
+    /// unset attribute is a WARNING of code 2, one that holds no references code 517.
     Result ResolveAttributeValue(const String& name, Reference& value,
                                  Configuration* configuration);
     Result ResolveAttributeValue(const String& name, Array<Reference>& values,
@@ -151,9 +159,12 @@ public:
 
     /// The object's id as text, empty when it has none.
     String GetId() const;
-    /// Gives the object an id; 1, or 0 when that isn't possible.
+    /// Gives the object an id; the empty text takes it away. 1, or 0 when that isn't possible. That
+    /// no other object of the tree has the id isn't checked. References by the old id don't follow,
+    /// but for "#id" URIs of the same tree that have found this object.
     int SetId(const String& id);
-    /// The object of this id in the whole tree, null when there is none.
+    /// The object of this id in the whole tree, the first entered of several, null when there is
+    /// none.
     Object* ResolveId(const String& id) const;
     /// Makes this root's ids differ from those of `other`'s tree, which it is about to join:
     /// generated ids that clash are renumbered, and the references to them follow. Another id in
@@ -165,10 +176,14 @@ public:
 
     /// Makes a child of the class `className`, or of the class of the field `fieldName` when
     /// `className` is empty, and attaches it. `out` gets the child, which the tree owns; it stays
-    /// as it was on an error.
+    /// as it was on an error. With a class, `fieldName` (may be empty) says which field takes the
+    /// child; the first one that fits does. A child under "IdObject" gets the next id of the tree.
+    /// Both texts empty: code 19. Code 2: "Unable to find class: \"%s\".", or the refusal of
+    /// SetOwner.
     Result AddElement(const String& className, const String& fieldName, Object*& out);
     Result AddElement(short classValue, const String& fieldName, Object*& out);
-    /// Attaches `child`, which must be a root and from then on belongs to the tree.
+    /// Attaches `child`, which must be a root and from then on belongs to the tree: its SetOwner.
+    /// Null is code 2.
     Result AddElement(Object* child);
     Result AddElement(Object* child, const String& fieldName);
     /// Makes a child by class name or, failing that, by field name; null on an error.
@@ -176,9 +191,18 @@ public:
 
     /// Attaches this root to `owner`, or detaches this object when `owner` is null. A detached
     /// object is a root of its own and belongs to the caller.
+    ///
+    /// Ids that clash give way first: see ResolveIdConflict. An attached object under "IdObject"
+    /// without an id gets the next one of the tree. On an error nothing is attached, and the object
+    /// stays the caller's. Code 2: "Cannot set the owner to be this Object." for the object itself
+    /// and those below it, "Object already has owner", an id in conflict, "Cannot add child of
+    /// type: %s to parent of type: %s." where no field takes it; on detaching "Cannot find child of
+    /// type %s in parent of type %s", when another field than `fieldName` holds it.
     Result SetOwner(Object* owner);
     Result SetOwner(Object* owner, const String& fieldName);
+    /// The parent, null for a root.
     Object* GetOwner() const;
+    /// The topmost object of the tree, this object when it has no owner.
     Object* GetRoot() const;
     /// From this object upwards, the first whose class is exactly "Document".
     Object* GetDocument() const;
@@ -189,36 +213,48 @@ public:
     /// The topmost object on the way up of a class under "DocumentBase".
     Object* GetDocumentBaseRoot() const;
 
-    /// The name of this object as an element of a document.
+    /// The name of this object as an element of a document: the one that its owner gives it,
+    /// "ZORVEX" for a "Document" without an owner, else that of its class.
     String GetElementName();
-    /// The name under which `child` stands in this object.
+    /// The name under which `child` stands in this object: its class's when it stands in for the
+    /// class of its field. Empty for null and for an object that isn't a child.
     String GetChildElementName(const Object* child);
 
-    /// All children: `out` is emptied first.
+    /// All children, those of the field touched last first: `out` is emptied first.
     Result GetElements(Array<Object*>& out) const;
     Result GetChildElements(Array<Object*>& out) const;
-    /// Children of the class or below it, appended to `out`.
+    /// Children of the class or below it, appended to `out`. An unknown class is code 2, "Cannot
+    /// find the class: \"%s\".".
     Result GetElementsByClass(const String& className, Array<Object*>& out) const;
     /// Children of the field, appended to `out`. A name that the class doesn't allow is code 2.
     Result GetElementsByField(const String& fieldName, Array<Object*>& out) const;
     /// By class, and when there is no such class by field.
     Result GetChildElements(const String& name, Array<Object*>& out) const;
-    /// One entry for each element field of the class and its bases.
+    /// Empties `out` and fills it with one entry for each element field of the class and its bases.
     Result GetChildElementTypes(Array<FieldType>& out) const;
 
-    /// Detaches `child` from its owner and deletes it. Null gives code 19.
+    /// Detaches `child` from its owner, whichever that is, and deletes it. Null gives code 19,
+    /// "Element to delete is NULL.".
     Result DeleteElement(Object* child);
     Result DeleteChildElement(Object* child);
+    /// Deletes all children.
     Result DeleteElements();
+    /// Deletes the children of the class or below it. An unknown class is code 2, "Cannot find the
+    /// class: \"%s\".".
     Result DeleteElementsByClass(const String& className);
+    /// Deletes the children of one field; a name that means no field with children is no error.
     Result DeleteElementsByField(const String& fieldName);
 
     // --- whole trees ------------------------------------------------------------------------
 
-    /// Walks this object and everything below it; see TraverseContext.
+    /// Walks this object and everything below it, and documents that its URIs lead to, unless the
+    /// context says otherwise; see TraverseContext. A null `context` walks nothing.
     zorvexTraverseResult Traverse(TraverseContext* context);
-    /// Makes a copy, which is a root and belongs to the caller. `flags`: 2 generic classes by
-    /// element name, 4 with the children, 8 references as text only.
+    /// Makes a copy, which is a root, has the same ids and belongs to the caller. `flags`: 2
+    /// generic classes by element name, 4 with the children, 8 references as text only. Values
+    /// equal to their default aren't copied. References to what is copied too mean the copy, others
+    /// keep their target; none is followed for it. What can't be copied is told in the Result, and
+    /// `out` has the rest; it stays as it was when there is nothing.
     Result Copy(Object*& out, unsigned int flags) const;
 
     /// Writes the document to `uri`. `options` may be null: then the active configuration holds.
