@@ -1,4 +1,7 @@
 #include "objectmodel/AttributeStore.h"
+
+#include <climits>
+
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ExternalRep.h"
 
@@ -37,10 +40,13 @@ bool NamesId(TextView name)
 }
 
 /// The set field of exactly that name: few fields are set, so that looking at them costs less than
-/// the class's index.
+/// the class's index. Of very many only the first are looked at: names of attributes don't repeat,
+/// so that the class finds the others.
 FieldData* FindExactSetField(const ClassData& owner, TextView name, int mask)
 {
-    for (FieldData* data = owner.fields; data != nullptr; data = data->next)
+    constexpr int kMost = 64;
+    int steps = (mask & field_kind::kElement) == 0 ? kMost : INT_MAX;
+    for (FieldData* data = owner.fields; data != nullptr && steps > 0; data = data->next, --steps)
     {
         const FieldDescriptor& field = *data->descriptor;
         if (field.NameView() == name && (field.Kind() & mask) != 0)

@@ -1,10 +1,12 @@
 #include "objectmodel/ClassData.h"
 
+#include <memory>
 #include <new>
 
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ClassRegistry.h"
 #include "objectmodel/DocumentMap.h"
+#include "objectmodel/FieldDataIndex.h"
 #include "objectmodel/FieldDescriptor.h"
 #include "runtime/FreeList.h"
 #include "runtime/JavaHooks.h"
@@ -20,6 +22,9 @@ namespace
 constexpr double kSchemaVersion = 6.0;
 constexpr TextView kSchemaVersionText = u"6";
 constexpr TextView kAuthor = u"unset";
+
+/// A list of more records than this is searched by an index.
+constexpr int kIndexedFrom = 64;
 
 /// The field of a name, made and still not set; null when the class hasn't got it or it has a
 /// value.
@@ -51,6 +56,14 @@ void SetInitialVersion(ClassData& document)
     }
     SetInitialText(document, kName, kSchemaVersionText);
 }
+
+void DestroyFieldIndex(ClassData&, void* index)
+{
+    delete static_cast<FieldDataIndex*>(index);
+}
+
+[[maybe_unused]] const int s_fieldIndexRegistered =
+    ClassData::RegisterExtensionDestroyer(extension_tag::kFieldIndex, &DestroyFieldIndex);
 
 }  // namespace
 
@@ -190,14 +203,62 @@ bool ClassData::IsSubClass(const ClassDescriptor* other)
 
 // --- fields -----------------------------------------------------------------------------------
 
+/// The record of exactly this descriptor.
+FieldData* ClassData::FindRecord(const FieldDescriptor* field) const
+{
+    int steps = kIndexedFrom;
+    FieldData* data = fields;
+    while (data != nullptr && data->descriptor != field)
+    {
+        data = data->next;
+        if (--steps == 0 && data != nullptr)
+        {
+            if (const FieldDataIndex* index = FieldIndexOf())
+            {
+                return index->Find(field);
+            }
+        }
+    }
+    return data;
+}
+
+/// Made on first need. Null without memory for it: the list serves as well.
+const FieldDataIndex* ClassData::FieldIndexOf() const
+{
+    if ((stateFlags & kFieldsIndexed) != 0)
+    {
+        return static_cast<const FieldDataIndex*>(GetExtension(extension_tag::kFieldIndex));
+    }
+    try
+    {
+        std::unique_ptr<FieldDataIndex> fresh(new FieldDataIndex(fields));
+        auto* const self = const_cast<ClassData*>(this);
+        *self->ExtensionSlot(extension_tag::kFieldIndex) = fresh.get();
+        self->stateFlags |= kFieldsIndexed;
+        return fresh.release();
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
+void ClassData::DropFieldIndex()
+{
+    if ((stateFlags & kFieldsIndexed) == 0)
+    {
+        return;
+    }
+    stateFlags &= ~kFieldsIndexed;
+    DestroyFieldIndex(*this, GetExtension(extension_tag::kFieldIndex));
+    SetExtension(extension_tag::kFieldIndex, nullptr);
+}
+
 FieldData* ClassData::FindField(const FieldDescriptor* field) const
 {
-    for (FieldData* data = fields; data != nullptr; data = data->next)
+    if (FieldData* data = FindRecord(field))
     {
-        if (data->descriptor == field)
-        {
-            return data;
-        }
+        return data;
     }
     const bool isExternal =
         field != nullptr &&
@@ -235,6 +296,10 @@ FieldData* ClassData::AddField(FieldDescriptor* field)
     data->value = FieldData::kNotSet;
     data->next = fields;
     fields = data;
+    if ((stateFlags & kFieldsIndexed) != 0)
+    {
+        IndexField(data);
+    }
     return data;
 }
 
@@ -244,8 +309,22 @@ FieldData* ClassData::FindOrAddField(FieldDescriptor* field)
     return data != nullptr ? data : AddField(field);
 }
 
+/// Enters a new record; without memory for that the index goes.
+void ClassData::IndexField(FieldData* field)
+{
+    try
+    {
+        static_cast<FieldDataIndex*>(GetExtension(extension_tag::kFieldIndex))->Insert(field);
+    }
+    catch (const std::bad_alloc&)
+    {
+        DropFieldIndex();
+    }
+}
+
 void ClassData::RemoveField(FieldData* field)
 {
+    DropFieldIndex();
     for (FieldData** place = &fields; *place != nullptr; place = &(*place)->next)
     {
         if (*place == field)

@@ -13,6 +13,7 @@
 namespace zorvex_api
 {
 
+class FieldDataIndex;
 class IdTable;
 class ObjectCallbackBase;
 struct ExternalRep;
@@ -35,6 +36,10 @@ constexpr int kIncomingIds = -20;      // objects whose reference fields are lin
 constexpr int kDocumentPointer = -21;  // the pointer a root was first loaded from or saved to
 constexpr int kAsideChildren = -22;    // children that no field holds; they die with the object
 constexpr int kPulledIn = -23;         // a root that only references brought in
+constexpr int kCompanionOf = -24;      // documents that have this one as a companion
+constexpr int kFieldIndex = -25;       // index of the fields of an object that has very many
+constexpr int kSurplusRoots = -40;     // on the first root of a file: the others
+constexpr int kKeeper = -41;           // on one of the others: the list that it stands in
 }  // namespace extension_tag
 
 /// All that the library knows of one object.
@@ -64,6 +69,7 @@ public:
     static constexpr std::uint32_t kUseCounted = 0x40000;    // stands in documentUseCounts
     static constexpr std::uint32_t kPulledInRoot = 0x80000;  // never handed to the application
     static constexpr std::uint32_t kIsConfiguration = 0x100000;
+    static constexpr std::uint32_t kFieldsIndexed = 0x200000;  // has a kFieldIndex
 
     /// Makes the record of a new shell; the memory comes from a free list.
     static ClassData* Make(Object* shell);
@@ -113,7 +119,7 @@ public:
     void** ExtensionSlot(int tag);
     using ExtensionDestroyer = void (*)(ClassData& owner, void* data);
     /// Registers how the data of a tag dies with its object. Once per tag, at static
-    /// initialisation.
+    /// initialisation: 0 when the tag has one.
     static int RegisterExtensionDestroyer(int tag, ExtensionDestroyer destroyer);
 
     // --- tree -----------------------------------------------------------------------------------
@@ -210,6 +216,10 @@ private:
     ClassDescriptor* ResolveClass();
     void SetDescriptor(ClassDescriptor* newDescriptor);
     void BecomeDocument();
+    FieldData* FindRecord(const FieldDescriptor* field) const;
+    const FieldDataIndex* FieldIndexOf() const;
+    void IndexField(FieldData* field);
+    void DropFieldIndex();
     static void DestroyRecord(ClassData* data);
     void FreeFields(unsigned options);
     void FreeExtensions();

@@ -1,4 +1,7 @@
 #include "objectmodel/ClassData.h"
+
+#include <cassert>
+
 #include "runtime/FreeList.h"
 
 namespace zorvex_api
@@ -31,7 +34,7 @@ ClassData::ExtensionDestroyer DestroyerOf(int tag)
     return nullptr;
 }
 
-ExtensionRecord* FindRecord(ExtensionRecord* record, int tag)
+ExtensionRecord* FindExtension(ExtensionRecord* record, int tag)
 {
     while (record != nullptr && record->tag != tag)
     {
@@ -44,7 +47,9 @@ ExtensionRecord* FindRecord(ExtensionRecord* record, int tag)
 
 int ClassData::RegisterExtensionDestroyer(int tag, ExtensionDestroyer destroyer)
 {
-    if (DestroyerOf(tag) != nullptr || s_destroyerCount == kMaxDestroyers)
+    const ExtensionDestroyer known = DestroyerOf(tag);
+    assert(known == nullptr || known == destroyer);  // two kinds of data would share the tag
+    if (known != nullptr || s_destroyerCount == kMaxDestroyers)
     {
         return 0;
     }
@@ -54,13 +59,13 @@ int ClassData::RegisterExtensionDestroyer(int tag, ExtensionDestroyer destroyer)
 
 void* ClassData::GetExtension(int tag) const
 {
-    const ExtensionRecord* record = FindRecord(extensions, tag);
+    const ExtensionRecord* record = FindExtension(extensions, tag);
     return record != nullptr ? record->data : nullptr;
 }
 
 void** ClassData::ExtensionSlot(int tag)
 {
-    ExtensionRecord* record = FindRecord(extensions, tag);
+    ExtensionRecord* record = FindExtension(extensions, tag);
     if (record == nullptr)
     {
         record = static_cast<ExtensionRecord*>(FreeList<sizeof(ExtensionRecord)>::Take());

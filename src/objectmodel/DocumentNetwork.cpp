@@ -14,7 +14,7 @@ using Documents = Array<Object*>;
 using Holders = Array<ClassData*>;
 
 // Tag of the documents that have this one as a companion: neither list keeps one that has died.
-constexpr int kCompanionOf = -24;
+using extension_tag::kCompanionOf;
 
 /// Gathers the documents that a walk reaches through URIs.
 class NetworkContext final : public TraverseContext

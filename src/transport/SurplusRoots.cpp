@@ -12,8 +12,8 @@ namespace zorvex_api::internal
 namespace
 {
 
-constexpr int kSurplusRoots = -40;  // on the first root: its Roots
-constexpr int kKeeper = -41;        // on a surplus root: the Roots that it stands in
+using extension_tag::kKeeper;        // on a surplus root: the Roots that it stands in
+using extension_tag::kSurplusRoots;  // on the first root: its Roots
 
 using Roots = std::vector<Object*>;
 

@@ -1,6 +1,7 @@
 #include <pthread.h>
 
 #include <bit>
+#include <chrono>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -176,6 +177,51 @@ TEST_F(StorageTest, TheFieldTouchedLastStandsFirst)
     EXPECT_EQ(
         nullptr,
         ClassData::Of(product.get())->AddField(FieldDescriptor::BuiltIn(FieldDescriptor::kId)));
+}
+
+TEST_F(StorageTest, VeryManyFieldsOfOneObjectAreFoundInTimeThatGrowsWithTheirNumber)
+{
+    constexpr std::size_t kFields = 80000;
+    ClassDescriptor* wide = ClassRegistry::MakeRuntimeClass(u"Wide", u"urn:wide", u"w", nullptr);
+    std::vector<FieldDescriptor*> fields;
+    for (std::size_t i = 0; i < kFields; ++i)
+    {
+        std::u16string name = u"n";
+        for (const char digit : std::to_string(i))
+        {
+            name += static_cast<char16_t>(digit);
+        }
+        fields.push_back(wide->GetImplementation()->AddRuntimeField(
+            name, zorvex_api::zorvexFieldString, nullptr, nullptr));
+    }
+    const std::unique_ptr<Object> object(wide->MakeObject());
+    ClassData* data = ClassData::Of(object.get());
+    std::vector<FieldData*> records;
+    const auto start = std::chrono::steady_clock::now();
+    for (FieldDescriptor* field : fields)
+    {
+        ASSERT_EQ(nullptr, data->FindField(field));
+        records.push_back(data->FindOrAddField(field));
+    }
+    for (std::size_t i = 0; i < kFields; ++i)
+    {
+        ASSERT_EQ(records[i], data->FindField(fields[i]));
+    }
+    String value;
+    for (std::size_t i = 0; i < kFields; ++i)
+    {
+        ASSERT_TRUE(object->GetAttributeValue(fields[i]->Name(), value).Ok());
+    }
+    // A part of a second, under a sanitizer too; a walk over the list each time takes many.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+
+    data->RemoveField(records[7]);
+    EXPECT_EQ(nullptr, data->FindField(fields[7]));
+    EXPECT_EQ(records[8], data->FindField(fields[8]));
+    FieldData* again = data->FindOrAddField(fields[7]);
+    EXPECT_EQ(again, data->fields);
+    EXPECT_EQ(again, data->FindField(fields[7]));
+    EXPECT_EQ(records[kFields - 1], again->next);
 }
 
 TEST_F(StorageTest, EveryDoubleDiffersFromNotSet)
