@@ -27,6 +27,8 @@ public:
         : m_name(&name), m_descriptor(descriptor)
     {
     }
+    /// No class, and no name.
+    ClassLink(std::nullptr_t) : ClassLink(String::EmptyString(), nullptr) {}  // NOLINT: for ?:
 
     /// The name as it was set, resolved or not.
     operator const String&() const { return *m_name; }

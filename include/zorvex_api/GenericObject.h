@@ -12,7 +12,9 @@ class ClassDescriptorImpl;
 class ZORVEX_API GenericObject : public Object
 {
 public:
+    /// An object without a class.
     GenericObject();
+    /// An object of the class; a null class leaves it without one.
     explicit GenericObject(ClassDescriptorImpl* descriptor);
     /// Attaches the new object to `owner`. A refusal raises an Exception of code 2 with the
     /// Result's message.
@@ -20,7 +22,8 @@ public:
     ~GenericObject() override;
 
     /// Makes an object of a run-time class: an object of the nearest built-in base class with the
-    /// run-time class's metadata, or a GenericObject when there is no such base.
+    /// run-time class's metadata, or a GenericObject when there is no such base. The caller owns
+    /// it. Null for null.
     static Object* MakeFunction(ClassDescriptorImpl* descriptor);
 
 private:

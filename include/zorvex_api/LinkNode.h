@@ -10,7 +10,8 @@ namespace zorvex_api
 /// for a plug-in that arrives when the library runs already, which is registered at once. A class
 /// that arrives late is registered at the next access to the class metadata.
 ///
-/// The chain is made once and survives `Terminate`.
+/// The chain is made once and survives `Terminate`. When a library is unloaded its classes leave
+/// with it, except those that another library announced too; no object that it made may be left.
 class ZORVEX_API LinkNode
 {
 public:

@@ -156,7 +156,7 @@ Result ClassDescriptor::Reset(const String& namespaceURI)
     const TextView uri = View(namespaceURI);
     if (ClassRegistry::ReleaseRuntimeClasses(&uri) == 0)
     {
-        ClassRegistry::ReleaseRuntimeClass(ClassRegistry::FindByName(uri));
+        ClassRegistry::ReleaseRuntimeClass(ClassRegistry::Lookup(uri));
     }
     return Result();
 }

@@ -105,13 +105,13 @@ ClassDescriptorImpl::~ClassDescriptorImpl()
     }
 }
 
-void ClassDescriptorImpl::Release()
+bool ClassDescriptorImpl::Release()
 {
     {
         const std::lock_guard lock(ClassRegistry::WriteLock());
-        if (--m_useCount > 0)
+        if (m_useCount == 0 || --m_useCount > 0)
         {
-            return;
+            return false;  // with no use left, another thread is releasing it
         }
     }
     if (!ClassRegistry::IsClassValueTaken(m_classValue))
@@ -123,6 +123,7 @@ void ClassDescriptorImpl::Release()
         throw Exception(2, String("Unable to remove ClassDescriptor."));
     }
     Unhold();
+    return true;
 }
 
 void ClassDescriptorImpl::Unhold()
@@ -191,9 +192,9 @@ bool ClassDescriptorImpl::IsUsedByObjects() const
 Object* ClassDescriptorImpl::MakeObject()
 {
     Object* object = nullptr;
-    if (m_make != nullptr)
+    if (m_origin.make != nullptr)
     {
-        object = m_make();
+        object = m_origin.make();
     }
     else if (m_genericMake != nullptr)
     {
@@ -286,18 +287,35 @@ const std::string& ClassDescriptorImpl::Utf8OutputName() const
 
 void ClassDescriptorImpl::AddOptionalAttribute(const String& name)
 {
+    const std::lock_guard lock(ClassRegistry::WriteLock());
     m_optionalAttributes.push_back(name);
     FieldsChanged(false);
 }
 
 void ClassDescriptorImpl::PublishClassValue(short value) const
 {
-    for (short* place : {m_staticClassValue, m_legacyClassValue})
+    for (short* place : {m_origin.classValue, m_origin.legacyClassValue})
     {
         if (place != nullptr)
         {
             *place = value;
         }
+    }
+}
+
+void ClassDescriptorImpl::LeaveNode(const LinkNode* node)
+{
+    const std::lock_guard lock(ClassRegistry::WriteLock());
+    if (m_origin.node != node)
+    {
+        std::erase_if(m_furtherOrigins, [node](const Origin& other) { return other.node == node; });
+        return;
+    }
+    m_origin = Origin();
+    if (!m_furtherOrigins.empty())
+    {
+        m_origin = m_furtherOrigins.front();
+        m_furtherOrigins.erase(m_furtherOrigins.begin());
     }
 }
 
@@ -407,8 +425,7 @@ void ClassDescriptorImpl::LinkBase(ClassDescriptorImpl* base) const
         }
     }
     m_formerBases.reserve(m_formerBases.size() + 1);  // so that unlinking takes no memory
-    base->m_holds.fetch_add(1, std::memory_order_relaxed);
-    base->m_classHolds.fetch_add(1, std::memory_order_relaxed);
+    base->Hold();
     auto* const self = const_cast<ClassDescriptorImpl*>(this);
     m_previousSibling = base->m_lastDerived;
     m_nextSibling = nullptr;

@@ -22,6 +22,7 @@ namespace zorvex_api
 {
 
 class ClassRegistry;
+class LinkNode;
 class Object;
 
 /// The record behind a ClassDescriptor.
@@ -159,16 +160,24 @@ public:
     void SetSchemaName(const String& name);
     void SetBaseClass(const String& name);
     void SetEquivalenceClass(const String& name);
-    void SetMakeFunction(Object* (*make)()) { m_make = make; }
+    void SetMakeFunction(Object* (*make)()) { m_origin.make = make; }
     void SetGenericMakeFunction(Object* (*make)(ClassDescriptorImpl*)) { m_genericMake = make; }
     void SetAbstract(bool isAbstract) { m_abstract = isAbstract; }
     void SetDeprecated(bool deprecated) { m_deprecated = deprecated; }
     void AddOptionalAttribute(const String& name);
-    void SetStaticClassValue(short* place) { m_staticClassValue = place; }
-    void SetLegacyClassValue(short* place) { m_legacyClassValue = place; }
+    /// The node that brings the class in, and where its library keeps the class value.
+    void SetNode(const LinkNode* node, short* classValue)
+    {
+        m_origin.node = node;
+        m_origin.classValue = classValue;
+    }
+    void SetLegacyClassValue(short* place) { m_origin.legacyClassValue = place; }
     /// Writes a class value to the statics of the generated class: its own, or that of the class
     /// it was merged into.
     void PublishClassValue(short value) const;
+    /// The library of a node is unloaded: nothing in it is called or written any more. A class that
+    /// other libraries brought in too makes its objects by the next of them.
+    void LeaveNode(const LinkNode* node);
 
     enum class Place
     {
@@ -201,9 +210,20 @@ public:
 
     // --- for the registry
     // -------------------------------------------------------------------------
-    /// Drops a use; with the last the class leaves the registry. Raises code 2 with
+    /// Drops a use; with the last the class leaves the registry: true then. Raises code 2 with
     /// "Unable to remove ClassDescriptor." or "zorvexClass values problem." on inconsistencies.
-    void Release();
+    bool Release();
+    /// While held, the memory of the class stays. For one that is known not to be gone.
+    void Hold()
+    {
+        m_holds.fetch_add(1, std::memory_order_relaxed);
+        m_classHolds.fetch_add(1, std::memory_order_relaxed);
+    }
+    void EndHold()
+    {
+        m_classHolds.fetch_sub(1, std::memory_order_relaxed);
+        Unhold();
+    }
 
     /// An own field becomes required, or is so no more.
     void RequiredChanged(int by) { m_numberRequired.fetch_add(by, std::memory_order_relaxed); }
@@ -220,6 +240,14 @@ private:
         bool complete;                                 // no base name is left unresolved
         mutable std::atomic<std::uint32_t> namesSeen;  // names generation in which it held
         const ClassDescriptorImpl* chain[1];
+    };
+    /// A library that knows the class: all of this stands in it.
+    struct Origin
+    {
+        const LinkNode* node = nullptr;
+        Object* (*make)() = nullptr;
+        short* classValue = nullptr;
+        short* legacyClassValue = nullptr;
     };
     /// What was replaced while others may still read it.
     struct Retired
@@ -282,8 +310,6 @@ private:
 
     ClassDescriptor* m_descriptor = nullptr;  // owned
     short m_classValue = 0;
-    short* m_staticClassValue = nullptr;
-    short* m_legacyClassValue = nullptr;
     String m_name;
     String m_version;
     String m_outputName;
@@ -293,7 +319,8 @@ private:
     std::atomic<String*> m_baseName{nullptr};  // owned; null for none
     String m_equivalenceName;
     String m_schemaFile;
-    Object* (*m_make)() = nullptr;
+    Origin m_origin;
+    HookedVector<Origin> m_furtherOrigins;  // of classes that were merged into this one
     Object* (*m_genericMake)(ClassDescriptorImpl*) = nullptr;
     bool m_abstract = false;
     bool m_mainNamespace = true;
@@ -304,9 +331,10 @@ private:
     std::atomic<bool> m_registered{false};
     std::atomic<bool> m_published{false};  // was registered: others may be reading it
     int m_useCount = 1;                    // under the registry's write lock
-    // One for the use side as long as there is a use, one for each object and each derived class.
+    // One for the use side as long as there is a use, one for each object, each derived class and
+    // each walk over classes.
     mutable std::atomic<std::uint64_t> m_holds{1};
-    mutable std::atomic<std::uint64_t> m_classHolds{0};        // of these, by derived classes
+    mutable std::atomic<std::uint64_t> m_classHolds{0};        // of these, not by objects
     mutable HookedVector<ClassDescriptorImpl*> m_formerBases;  // held
     HookedVector<String> m_optionalAttributes;
 

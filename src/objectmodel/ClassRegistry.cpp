@@ -77,6 +77,44 @@ LinkNode* RegisterNode()
 std::atomic<ClassDescriptor*> ClassRegistry::s_byValue[kMaxClassValue + 1];
 std::atomic<std::uint32_t> ClassRegistry::s_namesGeneration{1};
 
+/// Classes for a walk without a lock: they may be released meanwhile, but their memory stays.
+class ClassRegistry::HeldClasses
+{
+public:
+    HeldClasses() = default;
+    ~HeldClasses()
+    {
+        for (ClassDescriptorImpl* impl : m_classes)
+        {
+            impl->EndHold();
+        }
+    }
+    HeldClasses(const HeldClasses&) = delete;
+    HeldClasses& operator=(const HeldClasses&) = delete;
+
+    /// Under the lock of the table that the class stands in.
+    void Add(ClassDescriptorImpl* impl)
+    {
+        m_classes.push_back(impl);
+        impl->Hold();
+    }
+    void Add(const HookedVector<ClassDescriptorImpl*>& classes)
+    {
+        m_classes.reserve(m_classes.size() + classes.size());
+        for (ClassDescriptorImpl* impl : classes)
+        {
+            Add(impl);
+        }
+    }
+
+    int Count() const { return static_cast<int>(m_classes.size()); }
+    auto begin() const { return m_classes.begin(); }
+    auto end() const { return m_classes.end(); }
+
+private:
+    HookedVector<ClassDescriptorImpl*> m_classes;
+};
+
 /// Lives as long as the process: nodes of libraries come and go until its end. The tables give
 /// their memory back when they are empty.
 struct ClassRegistry::State : public LinkNodeOwner
@@ -260,7 +298,7 @@ void ClassRegistry::RunNode(LinkNode& node)
     {
         if (node.RunInitialiser(&record) != 0)
         {
-            impl->SetStaticClassValue(record.staticClass);
+            impl->SetNode(&node, record.staticClass);
             standing = Register(impl->Descriptor());
         }
     }
@@ -285,12 +323,12 @@ void ClassRegistry::RunNode(LinkNode& node)
 /// Resolves what classes and fields name, so that threads find it done.
 void ClassRegistry::FinishAll()
 {
-    State::Classes runtime;
+    HeldClasses runtime;
     {
         const MutexLock lock(kMutexRuntimeClasses);
-        runtime = TheState().runtime.list;
+        runtime.Add(TheState().runtime.list);
     }
-    const auto finish = [](const State::Classes& classes)
+    const auto finish = [](const auto& classes)
     {
         for (const ClassDescriptorImpl* impl : classes)
         {
@@ -314,13 +352,13 @@ void ClassRegistry::FinishAll()
 
 void ClassRegistry::ResolveBases()
 {
-    State::Classes classes;
+    HeldClasses classes;
     {
         const MutexLock runtimeLock(kMutexRuntimeClasses);
         const std::lock_guard lock(WriteLock());
         const State& state = TheState();
-        classes = state.builtIn.list;
-        classes.insert(classes.end(), state.runtime.list.begin(), state.runtime.list.end());
+        classes.Add(state.builtIn.list);
+        classes.Add(state.runtime.list);
     }
     for (const ClassDescriptorImpl* impl : classes)
     {
@@ -369,9 +407,11 @@ void ClassRegistry::State::Ending(LinkNode& node) noexcept
     auto* const descriptor = static_cast<ClassDescriptor*>(node.GetDescriptor());
     node.SetDescriptor(nullptr);
     const std::lock_guard lock(fillLock);
+    ClassDescriptorImpl* const impl = descriptor->GetImplementation();
+    impl->LeaveNode(&node);
     try
     {
-        descriptor->GetImplementation()->Release();
+        impl->Release();
     }
     catch (const Exception&)
     {
@@ -380,43 +420,46 @@ void ClassRegistry::State::Ending(LinkNode& node) noexcept
     }
 }
 
-void ClassRegistry::ReleaseRuntimeClass(ClassDescriptor* descriptor)
+template <class Choose>
+int ClassRegistry::ReleaseChosen(Choose choose)
 {
-    ClassDescriptorImpl* const impl = ClassDescriptorImpl::Of(descriptor);
-    if (impl == nullptr || !impl->IsRuntimeClass() || !impl->IsRegistered())
-    {
-        return;
-    }
-    Array<short> values;
-    values.Add(impl->Value());
-    impl->Release();
-    Forget(values);
-}
-
-int ClassRegistry::ReleaseRuntimeClasses(const TextView* namespaceUri)
-{
-    State::Classes chosen;
+    HeldClasses chosen;
     {
         const MutexLock lock(kMutexRuntimeClasses);
         for (ClassDescriptorImpl* impl : TheState().runtime.list)
         {
-            if (namespaceUri == nullptr || View(impl->NamespaceUri()) == *namespaceUri)
+            if (choose(*impl))
             {
-                chosen.push_back(impl);
+                chosen.Add(impl);
             }
         }
     }
     Array<short> values;
     for (ClassDescriptorImpl* impl : chosen)
     {
-        values.Add(impl->Value());
-        impl->Release();
+        if (impl->Release())
+        {
+            values.Add(impl->Value());
+        }
     }
-    if (!chosen.empty())
+    if (values.GetSize() > 0)
     {
         Forget(values);
     }
-    return static_cast<int>(chosen.size());
+    return chosen.Count();
+}
+
+void ClassRegistry::ReleaseRuntimeClass(const ClassDescriptor* descriptor)
+{
+    ReleaseChosen([descriptor](const ClassDescriptorImpl& impl)
+                  { return impl.Descriptor() == descriptor; });
+}
+
+int ClassRegistry::ReleaseRuntimeClasses(const TextView* namespaceUri)
+{
+    return ReleaseChosen(
+        [namespaceUri](const ClassDescriptorImpl& impl)
+        { return namespaceUri == nullptr || View(impl.NamespaceUri()) == *namespaceUri; });
 }
 
 /// Fields and equivalences that lead to a released class lead nowhere: the value may come again.
@@ -520,6 +563,10 @@ void ClassRegistry::Merge(ClassDescriptorImpl& standing, ClassDescriptorImpl& fr
         standing.TakeOverFields(fresh);
         standing.m_version = fresh.m_version;
     }
+    if (fresh.m_origin.node != nullptr)
+    {
+        standing.m_furtherOrigins.push_back(fresh.m_origin);
+    }
     ++standing.m_useCount;
 }
 
@@ -611,6 +658,11 @@ ClassDescriptor* ClassRegistry::MakeRuntimeClass(TextView name, TextView namespa
     ClassDescriptorImpl* const impl = ClassDescriptorImpl::Make();
     impl->SetName(ToString(name));
     impl->SetNamespace(ToString(namespaceUri), ToString(prefix));
+    // A document's own prefix for a known namespace isn't the one that is declared on saving.
+    if (const Namespace* known = Namespace::FindByUri(namespaceUri))
+    {
+        impl->SetNamespace(ToString(namespaceUri), known->Prefix());
+    }
     impl->SetGenericMakeFunction(&GenericObject::MakeFunction);
     impl->SetBaseClass(base != nullptr ? base->GetQualifiedName() : String(u"Object"));
     impl->ResolveChain();

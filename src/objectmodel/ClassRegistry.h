@@ -70,12 +70,12 @@ public:
     static ClassDescriptor* MakeRuntimeClass(TextView name, TextView namespaceUri, TextView prefix,
                                              ClassDescriptor* base, bool* made = nullptr);
     /// Drops the registry's use of a class made at run time; nothing for a built-in one.
-    static void ReleaseRuntimeClass(ClassDescriptor* descriptor);
+    static void ReleaseRuntimeClass(const ClassDescriptor* descriptor);
     /// Releases the classes made at run time, of one namespace when `namespaceUri` isn't null.
     /// Gives how many there were.
     static int ReleaseRuntimeClasses(const TextView* namespaceUri);
 
-    /// Told the class values of classes made at run time when they are released.
+    /// Told the class values of classes made at run time that are gone.
     using ReleaseListener = void (*)(const Array<short>& classValues);
     static void SetReleaseListener(ReleaseListener listener);
 
@@ -94,6 +94,7 @@ public:
 private:
     friend class ClassDescriptorImpl;
     struct State;
+    class HeldClasses;
 
     static State& TheState();
     /// Innermost of all locks: nothing else is locked while it is held.
@@ -106,6 +107,9 @@ private:
     /// Resolves base classes that nobody has asked for yet, so that bases know the classes below.
     static void ResolveBases();
     static void Forget(const Array<short>& classValues);
+    /// Releases those classes made at run time that `choose(class)` takes. Gives how many.
+    template <class Choose>
+    static int ReleaseChosen(Choose choose);
 
     static void Merge(ClassDescriptorImpl& standing, ClassDescriptorImpl& fresh);
     static void Insert(ClassDescriptorImpl& impl);

@@ -10,7 +10,7 @@ namespace zorvex_api
 namespace
 {
 
-/// The nearest base class that has objects of its own kind; null when there is only "Object".
+/// The nearest base class that isn't made at run time; "Object", the last of them, makes nothing.
 ClassDescriptorImpl* BuiltInBase(const ClassDescriptorImpl& impl)
 {
     ClassDescriptorImpl* base = impl.Base();
@@ -18,7 +18,7 @@ ClassDescriptorImpl* BuiltInBase(const ClassDescriptorImpl& impl)
     {
         base = base->Base();
     }
-    return base != nullptr && !base->BaseName().IsEmpty() ? base : nullptr;
+    return base;
 }
 
 }  // namespace
@@ -46,6 +46,10 @@ GenericObject::~GenericObject() = default;
 
 Object* GenericObject::MakeFunction(ClassDescriptorImpl* descriptor)
 {
+    if (descriptor == nullptr)
+    {
+        return nullptr;
+    }
     ClassDescriptorImpl* base = BuiltInBase(*descriptor);
     Object* object = base != nullptr ? base->MakeObject() : nullptr;
     if (object == nullptr)

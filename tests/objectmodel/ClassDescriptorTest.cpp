@@ -98,6 +98,14 @@ TEST_F(ClassDescriptorTest, ABaseThatComesLaterIsFoundThen)
     EXPECT_TRUE(impl->IsSubClass(upper));
     EXPECT_TRUE(impl->IsIdObject());
     EXPECT_EQ(1, below->IsField(u"up", 14));
+
+    // The link stands beside null in a condition.
+    for (const bool wanted : {true, false})
+    {
+        const ClassLink link = wanted ? below->GetBaseClass() : nullptr;
+        EXPECT_EQ(wanted, link == upper);
+        EXPECT_EQ(wanted ? "Upper" : "", Utf8(link));
+    }
 }
 
 TEST_F(ClassDescriptorTest, ANewBaseIsSeenByTheClassesBelow)

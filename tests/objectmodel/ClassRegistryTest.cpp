@@ -1,3 +1,5 @@
+#include <functional>
+#include <memory>
 #include <set>
 #include <thread>
 
@@ -183,6 +185,7 @@ TEST_F(ClassRegistryTest, ResetByNamespaceOrNameTakesRunTimeClassesOnly)
     EXPECT_EQ(nullptr, ClassDescriptor::FindByName(u"urn:y:Baz"));
     ClassDescriptor::Reset(u"Occurrence");
     EXPECT_NE(nullptr, ClassDescriptor::FindByName(u"Occurrence"));
+    EXPECT_TRUE(ClassDescriptor::Reset(String(u'x', 5000)).Ok()) << "nothing of that name";
     ClassDescriptor::Reset();
     EXPECT_EQ(before, ClassDescriptor::NumberOfClassDescriptors());
 }
@@ -311,19 +314,63 @@ TEST_F(ClassRegistryTest, ThreadsThatMeetTheSameUnknownNamesShareTheClassesAndFi
     }
 }
 
+TEST_F(ClassRegistryTest, ThreadsMayReleaseClassesWhileOthersWalkOverThem)
+{
+    const int before = ClassDescriptor::NumberOfClassDescriptors();
+    ClassDescriptor* managed = ClassDescriptor::FindByName(u"Managed");
+    std::vector<std::thread> threads;
+    const auto repeat = [&threads](const std::function<void(int)>& step)
+    {
+        threads.emplace_back(
+            [step]
+            {
+                for (int i = 0; i < 300; ++i)
+                {
+                    step(i);
+                }
+            });
+    };
+    repeat(
+        [managed](int i)
+        {
+            const std::u16string name(1, static_cast<char16_t>(u'A' + i % 26));
+            ClassRegistry::MakeRuntimeClass(name, u"urn:x", u"x", managed);
+        });
+    repeat(
+        [managed](int)
+        {
+            Array<ClassDescriptor*> classes;
+            managed->GetConcreteClasses(classes);
+        });
+    for (int i = 0; i < 2; ++i)
+    {
+        repeat([](int) { EXPECT_TRUE(ClassDescriptor::Reset().Ok()); });
+    }
+    for (std::thread& thread : threads)
+    {
+        thread.join();
+    }
+    ClassDescriptor::Reset();
+    EXPECT_EQ(before, ClassDescriptor::NumberOfClassDescriptors());
+    EXPECT_EQ(before, ClassDescriptorImpl::NumberAlive());
+}
+
 // --- classes that come and go with a library ----------------------------------------------------
 
 short g_lateValue = 0;
 short g_lateLegacyValue = 0;
 const char16_t* g_lateVersion = u"1 late.xsd";
 const char16_t* g_lateField = u"first";
+short* g_latePlace = &g_lateValue;
+Object* (*g_lateMake)() = nullptr;
 
 int InitLateClass(void* data)
 {
     auto& record = *static_cast<ClassInitRecord*>(data);
     EXPECT_EQ(1, record.version);
-    g_lateValue = record.descriptor->GetClass();
-    record.staticClass = &g_lateValue;
+    *g_latePlace = record.descriptor->GetClass();
+    record.staticClass = g_latePlace;
+    record.descriptor->SetMakeFunction(g_lateMake);
     record.descriptor->SetVersion(g_lateVersion);
     record.descriptor->SetName(u"LateClass");
     record.descriptor->SetNamespace(u"urn:late", u"late");
@@ -388,6 +435,58 @@ TEST_F(ClassRegistryTest, OfTwoClassesOfOneNameTheNewerVersionGivesTheFieldsTheO
     EXPECT_EQ("3", Utf8(late->GetVersion()));
     EXPECT_EQ(0, late->IsField(u"third", 14));
     EXPECT_EQ(value, g_lateValue);
+}
+
+TEST_F(ClassRegistryTest, NothingOfALibraryThatIsGoneIsCalledOrWritten)
+{
+    g_lateVersion = u"1 late.xsd";
+    g_lateField = u"first";
+    static int madeBy;
+    const auto announce = [](short& place, Object* (*make)())
+    {
+        g_latePlace = &place;
+        g_lateMake = make;
+        auto node = std::make_unique<LinkNode>(&InitLateClass, LinkNode::kClass);
+        EXPECT_NE(nullptr, ClassDescriptor::FindByName(u"late:LateClass"));
+        return node;
+    };
+    short values[4] = {};
+    auto first = announce(values[0],
+                          []() -> Object*
+                          {
+                              madeBy = 1;
+                              return new GenericObject;
+                          });
+    ClassDescriptor* late = ClassDescriptor::FindByName(u"late:LateClass");
+    auto second = announce(values[1], nullptr);
+    auto third = announce(values[2],
+                          []() -> Object*
+                          {
+                              madeBy = 3;
+                              return new GenericObject;
+                          });
+    EXPECT_EQ(values[0], values[2]);
+    const auto maker = [late]
+    {
+        madeBy = 0;
+        delete late->MakeObject();
+        return madeBy;
+    };
+    EXPECT_EQ(1, maker());
+    second.reset();
+    EXPECT_EQ(1, maker());
+    first.reset();
+    values[0] = values[1] = -1;
+    EXPECT_EQ(3, maker());
+
+    const auto fourth = announce(values[3], nullptr);
+    EXPECT_EQ(late->GetClass(), values[3]);
+    EXPECT_EQ(-1, values[0]) << "its library is gone";
+    EXPECT_EQ(-1, values[1]);
+    third.reset();
+    EXPECT_EQ(nullptr, late->MakeObject());
+    g_latePlace = &g_lateValue;
+    g_lateMake = nullptr;
 }
 
 TEST_F(ClassRegistryTest, ARunTimeClassTakesTheFieldsOfABuiltInOneOnlyWithoutObjects)
