@@ -1,6 +1,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -125,10 +126,21 @@ TEST_F(InitialiseTest, SessionsFollowEachOther)
 TEST_F(InitialiseTest, ClassesComeInTheOrderOfTheChain)
 {
     ASSERT_EQ(0, Start({}));
-    EXPECT_EQ(1033, ClassDescriptor::NumberOfClassDescriptors());
-    const short object = ClassDescriptor::FindByName("Object")->GetClass();
-    EXPECT_EQ(object + 1, ClassDescriptor::FindByName("Configuration")->GetClass());
-    EXPECT_LT(object + 1, ClassDescriptor::FindByName("Product")->GetClass());
+    // The chain has the library's own classes, and those of libraries that earlier tests loaded.
+    std::vector<short> values;
+    for (const LinkNode* node = LinkNode::m_pHeadNode; node != nullptr; node = node->GetNext())
+    {
+        if (node->GetKind() == LinkNode::kClass)
+        {
+            ASSERT_NE(nullptr, node->GetDescriptor());
+            values.push_back(static_cast<ClassDescriptor*>(node->GetDescriptor())->GetClass());
+        }
+    }
+    EXPECT_LE(1033u, values.size());
+    EXPECT_EQ(static_cast<int>(values.size()), ClassDescriptor::NumberOfClassDescriptors());
+    EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+    EXPECT_EQ(values[0], ClassDescriptor::FindByName("Object")->GetClass());
+    EXPECT_EQ(values[1], ClassDescriptor::FindByName("Configuration")->GetClass());
 }
 
 TEST_F(InitialiseTest, StorageStaysAsItIsWhileFieldTextExists)
@@ -179,11 +191,15 @@ TEST_F(InitialiseTest, FailuresOfLibrariesDoNotStopTheOthers)
 {
     const ScratchFolder folder;
     const std::string schema = zorvex_test::Utf8(folder.Write("gauges.XSD", "<not-a-schema/>"));
+    // An earlier test may have loaded the library, which stays and counts on.
+    const bool loaded = dlopen(kExtension, RTLD_NOW | RTLD_NOLOAD) != nullptr;
+    const int starts = loaded ? Extension("extension_starts") : 0;
+    const int stops = loaded ? Extension("extension_stops") : 0;
     EXPECT_EQ(84, Start({}, {"no-such-library", schema.c_str(), kExtension}));
     ASSERT_NE(nullptr, ClassDescriptor::FindByName("http://example.org/gauges:Gauge"));
-    EXPECT_EQ(1, Extension("extension_starts"));
+    EXPECT_EQ(starts + 1, Extension("extension_starts"));
     EXPECT_EQ(0, Terminate());
-    EXPECT_EQ(1, Extension("extension_stops"));
+    EXPECT_EQ(stops + 1, Extension("extension_stops"));
 }
 
 TEST_F(InitialiseTest, ExtensionServesEverySession)
