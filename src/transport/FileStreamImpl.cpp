@@ -103,8 +103,9 @@ int FileStreamImpl::Close()
     {
         return 0;
     }
-    const bool closed = std::fclose(std::exchange(m_file, nullptr)) == 0;
     const std::unique_ptr<internal::FileTarget> target = std::move(m_target);
+    const bool settled = target == nullptr || m_writeFailed || target->Settle(m_file) != 0;
+    const bool closed = std::fclose(std::exchange(m_file, nullptr)) == 0 && settled;
     if (target == nullptr)
     {
         return closed ? 1 : 0;

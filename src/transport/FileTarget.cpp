@@ -99,6 +99,7 @@ std::FILE* FileTarget::Open(const std::string& path, bool& refused)
         refused = true;
         return nullptr;
     }
+    m_replaces = exists;
     m_path = exists ? Resolve(path) : path;
     const int descriptor = m_path.empty() ? -1 : CreateBeside(m_path, m_tempPath);
     if (descriptor < 0)
@@ -117,6 +118,19 @@ std::FILE* FileTarget::Open(const std::string& path, bool& refused)
         Drop();
     }
     return file;
+}
+
+int FileTarget::Settle(std::FILE* file) const
+{
+    if (std::fflush(file) != 0)
+    {
+        return 0;
+    }
+    if (!m_replaces || fdatasync(fileno(file)) == 0)
+    {
+        return 1;
+    }
+    return errno == EINVAL || errno == ENOSYS || errno == EINTR ? 1 : 0;  // not offered here
 }
 
 int FileTarget::Commit()

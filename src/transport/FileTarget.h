@@ -32,6 +32,11 @@ public:
     /// the file itself can't be written.
     std::FILE* Open(const std::string& path, bool& refused);
 
+    /// Brings what was written to the disk when it is to replace a file, which a power cut must not
+    /// leave with neither content. A new file replaces nothing, and waiting for the disk is dear.
+    /// To be called before the file is closed. Non-zero on success.
+    int Settle(std::FILE* file) const;
+
     /// Renames into place. To be called when the file is closed. Non-zero on success.
     int Commit();
 
@@ -39,8 +44,9 @@ public:
     void Drop();
 
 private:
-    std::string m_path;      // the place, links resolved
-    std::string m_tempPath;  // empty when there is nothing to commit
+    std::string m_path;       // the place, links resolved
+    std::string m_tempPath;   // empty when there is nothing to commit
+    bool m_replaces = false;  // a file stands in the place
 };
 
 }  // namespace internal
