@@ -12,6 +12,7 @@ namespace
 
 constexpr const char16_t* kFormatField = u"format";
 constexpr const char16_t* kUnset = u"unset";
+constexpr const char16_t* kContextField = u"contextRef";
 
 bool IsMainClass(const Object* object, TextView name)
 {
@@ -57,11 +58,22 @@ ExternalRep* LocationOf(Object* representation)
     return stored != nullptr && stored->IsSet() ? stored->External() : nullptr;
 }
 
+/// Whether a reference is itself the context of the LocatorRef that has it.
+bool IsContext(const ExternalRep& reference, const Object* locatorRef)
+{
+    ClassData& data = *ClassData::Of(locatorRef);
+    const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(data.GetClassDescriptor());
+    const FieldDescriptor* field =
+        impl != nullptr ? impl->Layout().FindAttribute(kContextField) : nullptr;
+    const FieldData* stored = field != nullptr ? data.FindField(field) : nullptr;
+    return stored != nullptr && stored->IsSet() && stored->External() == &reference;
+}
+
 /// The representation that a LocatorRef speaks of: what its context leads to, else its owner.
 Object* ContextOf(Object* locatorRef)
 {
     Array<Handle> targets;
-    locatorRef->ResolveAttribute(u"contextRef", targets);
+    locatorRef->ResolveAttribute(kContextField, targets);
     Object* context = targets.GetSize() > 0 ? targets[0].GetObject() : nullptr;
     return context != nullptr ? context : locatorRef->GetOwner();
 }
@@ -115,8 +127,8 @@ OwnerFormat FormatFromOwner(const ExternalRep& reference, Object* owner)
     {
         found.format = FormatOfCompound(owner);
     }
-    else if ((reference.flags & ExternalRep::kLocatorRef) != 0)
-    {
+    else if ((reference.flags & ExternalRep::kLocatorRef) != 0 && !IsContext(reference, owner))
+    {  // following the context to learn its own format would never end
         Object* context = ContextOf(owner);
         if (IsRepresentation(context) || IsCompoundRep(context))
         {

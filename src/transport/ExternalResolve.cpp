@@ -234,6 +234,27 @@ void Substitute(Configuration* options, Pointer& pointer)
     }
 }
 
+/// A text that names a stream in memory by its address. What a document says of addresses isn't
+/// believed: a guess would have a stream of the application read and deleted. An application's
+/// resolver may put such a pointer in place.
+bool NamesStreamAddress(const Pointer& pointer)
+{
+    for (int i = 0; i + 1 < pointer.GetAdapterCount(); ++i)
+    {
+        if (pointer.GetAdapterType(i) == u"STREAM" && pointer.GetControlString(i).IsEmpty() == 0)
+        {
+            return true;
+        }
+    }
+    return false;
+}
+
+void ReportUnableToLoad(Follow& follow, const Pointer& pointer)
+{
+    follow.result.AddError(
+        4, String::Format("Unable to load: \"%s\"", ToUtf8(pointer.GetString()).c_str()));
+}
+
 void MarkPulledIn(const Array<Handle>& handles, Object* owner)
 {
     for (int i = 0; owner != nullptr && i < handles.GetSize(); ++i)
@@ -273,6 +294,11 @@ void LoadDocumentOf(Follow& follow, AdapterRef& chain, const Pointer& pointer,
     for (int i = 0; i < handles.GetSize() && !HasStreamElement(pointer); ++i)
     {
         result.Merge(follow.resolver->RegisterObject(handles[i], pointer));
+        if (const Object* object = handles[i].GetObject())
+        {
+            // An adapter of an application tells the library nothing of where its documents stand.
+            RememberDocumentPointer(object->GetRoot(), pointer);
+        }
     }
 }
 
@@ -400,6 +426,11 @@ void LoadTarget(Follow& follow, Pointer& pointer)
     {
         follow.result.AddError(517, WARNING,
                                u"External references are not supported for loading from a String.");
+        return;
+    }
+    if (follow.owner != nullptr && NamesStreamAddress(pointer))
+    {
+        ReportUnableToLoad(follow, pointer);
         return;
     }
     const ReferenceResolver resolver(follow.resolver, follow.options, follow.owner);

@@ -309,12 +309,8 @@ void ExternalRep::SetText(Object*, TextView newText, bool clearTarget)
         return;
     }
     const std::u16string plain = Unescape(newText);
-    if (HasParentSegment(plain))
-    {
-        StoreText(View(Pointer(ToString(plain)).GetString()));
-        return;
-    }
-    StoreText(plain);
+    const String canonical = HasParentSegment(plain) ? Pointer(ToString(plain)).GetString() : u"";
+    StoreText(canonical.IsEmpty() == 0 ? View(canonical) : plain);  // never lost for being odd
 }
 
 void ExternalRep::GetEscapedText(String& out) const
