@@ -1,5 +1,6 @@
 #include "transport/ExternalFileName.h"
 
+#include <algorithm>
 #include <string>
 
 #include "objectmodel/ClassDescriptorImpl.h"
@@ -82,11 +83,15 @@ std::u16string NamePart(TextView control)
     {
         single.erase(0, 1);
     }
-    for (std::size_t at = single.find(kBodyIndex); at != single.npos; at = single.find(kBodyIndex))
+    std::u16string part;
+    std::size_t begin = 0;
+    for (std::size_t at = single.find(kBodyIndex); at != single.npos;
+         at = single.find(kBodyIndex, begin))
     {
-        single.erase(at, kBodyIndex.size());
+        part.append(single, begin, at - begin);
+        begin = at + kBodyIndex.size();
     }
-    return single;
+    return part.append(single, begin);
 }
 
 /// The file of the pointer under which a document is known; empty if it isn't.
@@ -133,8 +138,8 @@ void AddControls(const FileNameSource& source, bool withLast, Naming& naming)
         {
             naming.name += u'_';
             naming.name += part;
-            naming.needsFormat = naming.needsFormat || pointer.GetFormat() != u"ZORVEX";
         }
+        naming.needsFormat = pointer.GetFormat() != u"ZORVEX";
         first = false;
     }
 }
@@ -192,9 +197,11 @@ String MakeFileName(const FileNameSource& source, int number, int& stripLocator)
             naming.name += ending;
         }
     }
+    // names that are made from names grow; numbers tell them apart
+    naming.name.resize(std::min(naming.name.size(), kLongestName));
     while (ToUtf8(naming.name).size() > kLongestName || EndsInHalfCharacter(naming.name))
     {
-        naming.name.pop_back();  // names that are made from names grow; numbers tell them apart
+        naming.name.pop_back();
     }
     String name = ToString(naming.name);
     if (StandsInPackage(source.adapter))

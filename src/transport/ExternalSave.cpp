@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ExternalRep.h"
@@ -67,7 +69,24 @@ bool FindKnownPointer(const TargetSave& save, Pointer& pointer)
     return true;
 }
 
-/// Gives the target's adapter a name that nothing is registered under yet.
+/// Whether something stands under a pointer: a document that the resolver knows, or, where the
+/// name was made up here, a file of whatever origin. A name that the reference's text gives is the
+/// application's wish.
+bool IsTaken(const TargetSave& save, const Pointer& candidate, bool isMadeUp)
+{
+    Array<Handle> known;
+    if (save.resolver != nullptr && save.resolver->FindObjects(candidate, known) != 0 &&
+        known.GetSize() > 0)
+    {
+        return true;
+    }
+    const String& scheme = candidate.GetScheme();
+    const bool isFile = scheme.IsEmpty() != 0 || scheme.LowerCase() == u"file";
+    struct stat status;
+    return isMadeUp && isFile && lstat(ToUtf8(candidate.GetFullPath()).c_str(), &status) == 0;
+}
+
+/// Gives the target's adapter a name under which nothing stands yet.
 void ChooseName(TargetSave& save, const Pointer& pointer, int& stripLocator)
 {
     const FileNameSource source{pointer,    save.targets, save.roots,
@@ -84,9 +103,7 @@ void ChooseName(TargetSave& save, const Pointer& pointer, int& stripLocator)
         save.top->SetContext(name);
         Pointer candidate;
         save.top->ConstructPointer(candidate);
-        Array<Handle> taken;
-        if (save.resolver == nullptr || save.resolver->FindObjects(candidate, taken) == 0 ||
-            taken.GetSize() == 0)
+        if (!IsTaken(save, candidate, pointer.GetFile().IsEmpty() != 0))
         {
             return;
         }
@@ -223,7 +240,10 @@ void ExternalRep::Save(Object* ownerObject, Adapter* adapter, int referenceMode,
     }
     if (stripLocator != 0 && locator.IsEmpty() == 0)
     {
-        pointer.EnsureFormat(chain->GetFormat());
+        if (pointer.GetFormat().IsEmpty() != 0)
+        {
+            pointer.EnsureFormat(chain->GetFormat());
+        }
         pointer.SetLocatorString(locator);
     }
     StoreText(View(TextWithin(ownerObject, pointer, before)));
