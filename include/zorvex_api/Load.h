@@ -24,7 +24,9 @@ ZORVEX_API Result Load(const String& uri, Array<Handle>& handles, Configuration*
 ZORVEX_API Result Load(const String& uri, const Configuration& options, Array<Handle>& handles);
 
 /// Loads a document and gives its first root, or null. More than one root adds error 4 "More than
-/// one DocumentBase element in the document - the first has been loaded".
+/// one DocumentBase element in the document - the first has been loaded"; the others die with the
+/// first. `document` isn't null: without it nothing is loaded, error 2 "LoadDocument: no place for
+/// the document.".
 ZORVEX_API Result LoadDocument(const String& uri, const Configuration& options, Object** document);
 
 /// Loads a document and appends all its roots to `documents`.

@@ -33,12 +33,15 @@ Result Load(const String& uri, const Configuration& options, Array<Handle>& hand
 
 Result LoadDocument(const String& uri, const Configuration& options, Object** document)
 {
+    if (document == nullptr)
+    {
+        Result refused;
+        refused.AddError(2, u"LoadDocument: no place for the document.");
+        return refused;
+    }
     Array<Object*> documents;
     Result result = LoadMultipleDocument(uri, options, documents);
-    if (document != nullptr)
-    {
-        *document = documents.GetSize() > 0 ? documents[0] : nullptr;
-    }
+    *document = documents.GetSize() > 0 ? documents[0] : nullptr;
     if (documents.GetSize() > 1)
     {
         internal::KeepSurplusRoots(documents);

@@ -53,11 +53,22 @@ bool LoadDepth::Allows(const String& uri, Result& result) const
     {
         return true;
     }
-    const long reached = t_depth - 1;  // on a small stack less than the option allows
+    const std::string name = ToUtf8(uri);
+    const std::string option = ToUtf8(kOption);
+    if (t_depth > t_limit)
+    {
+        result.AddError(
+            4, String::Format("Unable to load: \"%s\": a chain of more than %ld documents that "
+                              "refer to each other (option \"%s\")",
+                              name.c_str(), t_limit, option.c_str()));
+        return false;
+    }
     result.AddError(
-        4, String::Format("Unable to load: \"%s\": a chain of more than %ld documents that refer "
-                          "to each other (option \"%s\")",
-                          ToUtf8(uri).c_str(), reached, ToUtf8(kOption).c_str()));
+        4,
+        String::Format("Unable to load: \"%s\": the stack of this thread has no room for a chain "
+                       "of more than %ld documents that refer to each other (option \"%s\" "
+                       "allows %ld)",
+                       name.c_str(), t_depth - 1, option.c_str(), t_limit));
     return false;
 }
 

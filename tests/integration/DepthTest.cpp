@@ -160,7 +160,8 @@ TEST_F(DepthTest, ALongChainOfDocumentsIsLoadedSavedAndDeleted)
     };
     load(kDocuments, nullptr);
     // A small stack ends the chain early, with an error.
-    OnSmallStack([&] { load(50, "adapters/ZORVEX/import/max_documents"); });
+    OnSmallStack([&]
+                 { load(50, "the stack of this thread has no room for a chain of more than "); });
 }
 
 TEST_F(DepthTest, ALongChainOfUnnamedDocumentsIsSavedOrReported)

@@ -248,6 +248,8 @@ TEST_F(LoadRoutineTest, LoadDocumentGivesTheFirstRootAndKeepsTheOthersWithIt)
     EXPECT_THAT(Messages(result),
                 ElementsAre("ERROR 4: More than one DocumentBase element in the document - the "
                             "first has been loaded"));
+    EXPECT_THAT(Messages(LoadDocument("a.toy", options, nullptr)),
+                ElementsAre("ERROR 2: LoadDocument: no place for the document."));
     ASSERT_NE(nullptr, document);
     delete document;  // a root left behind fails the test at the session's end
 
