@@ -25,7 +25,8 @@ using namespace zorvex_api::internal;
 
 DocumentLoad::DocumentLoad(Adapter& adapter, const PluginProcessData& data)
     : m_adapter(adapter),
-      m_result(*GetSlot<Result>(data, kResultSlot)),
+      m_result(GetSlot<Result>(data, kResultSlot) != nullptr ? *GetSlot<Result>(data, kResultSlot)
+                                                             : m_unheard),
       m_options(GetSlot<Configuration>(data, kOptionsSlot)),
       m_resolver(GetSlot<URIResolver>(data, kResolverSlot)),
       m_handles(*GetSlot<Array<Handle>>(data, kHandlesSlot))

@@ -4,6 +4,7 @@
 #include "zorvex_api/Array.h"
 #include "zorvex_api/Handle.h"
 #include "zorvex_api/Pointer.h"
+#include "zorvex_api/Result.h"
 
 namespace zorvex_api
 {
@@ -42,7 +43,8 @@ private:
     void MarkRoots();
 
     zorvex_api::Adapter& m_adapter;
-    zorvex_api::Result& m_result;
+    zorvex_api::Result m_unheard;
+    zorvex_api::Result& m_result;                      // the operation's, or one that nobody reads
     zorvex_api::Configuration* m_options;              // may be null
     zorvex_api::URIResolver* m_resolver;               // may be null
     zorvex_api::Array<zorvex_api::Handle>& m_handles;  // the caller's

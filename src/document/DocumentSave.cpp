@@ -82,7 +82,8 @@ DocumentSave::DocumentSave(Adapter& adapter, Object* object, const PluginProcess
     : m_adapter(adapter),
       m_object(object),
       m_root(object->GetRoot()),
-      m_result(*GetSlot<Result>(data, kResultSlot)),
+      m_result(GetSlot<Result>(data, kResultSlot) != nullptr ? *GetSlot<Result>(data, kResultSlot)
+                                                             : m_unheard),
       m_options(GetSlot<Configuration>(data, kOptionsSlot)),
       m_resolver(FindStoredResolver(m_options))
 {
@@ -162,9 +163,12 @@ void DocumentSave::Register()
     RememberDocumentPointer(m_root, m_pointer);
     if (m_resolver != nullptr)
     {
-        Pointer known;
-        m_registered = m_resolver->FindPointer(Handle(m_root), known) == 0;
-        m_resolver->RegisterObject(Handle(m_root), m_pointer);
+        const Handle root(m_root);
+        Array<Handle> found;
+        m_resolver->FindObjects(m_pointer, found);
+        m_registered = found.Lookup(root) < 0;
+        m_wasKnown = m_resolver->FindPointer(root, m_known) != 0;
+        m_resolver->RegisterObject(root, m_pointer);
     }
 }
 
@@ -176,7 +180,12 @@ void DocumentSave::Deregister()
     }
     if (m_registered)
     {
+        // Of its other places only the first can be told: the rest are read anew when asked for.
         m_resolver->DeregisterObject(Handle(m_root));
+        if (m_wasKnown)
+        {
+            m_resolver->RegisterObject(Handle(m_root), m_known);
+        }
     }
 }
 

@@ -52,13 +52,16 @@ private:
     zorvex_api::Adapter& m_adapter;
     zorvex_api::Object* m_object;
     zorvex_api::Object* m_root;
-    zorvex_api::Result& m_result;
+    zorvex_api::Result m_unheard;
+    zorvex_api::Result& m_result;            // the operation's, or one that nobody reads
     zorvex_api::Configuration* m_options;    // may be null
     zorvex_api::URIResolver* m_resolver;     // may be null
     zorvex_api::Stream* m_stream = nullptr;  // owned
     zorvex_api::Pointer m_pointer;
-    bool m_remembered = false;                 // the root had no pointer before this save
-    bool m_registered = false;                 // the resolver didn't know the root before this save
+    bool m_remembered = false;  // the root had no pointer before this save
+    bool m_registered = false;  // this save told the resolver of the pointer
+    bool m_wasKnown = false;    // the resolver knew the root before, under m_known
+    zorvex_api::Pointer m_known;
     std::vector<zorvex_api::Object*> m_added;  // in the order in which they go
 };
 

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "objectmodel/AttributeStore.h"
+#include "objectmodel/AttributeWrite.h"
 #include "objectmodel/ExternalRep.h"
 #include "runtime/StoredText.h"
 #include "transport/DocumentPointer.h"
@@ -29,6 +30,12 @@ bool HoldsUris(const FieldDescriptor& field)
 {
     return field.Type() == zorvexFieldSingleURI || field.Type() == zorvexFieldMultipleURI ||
            field.Type() == zorvexFieldExternalReference;
+}
+
+/// Whether an external reference is loaded: "true", or not written at all.
+bool IsLoadFlag(const FieldDescriptor& field)
+{
+    return field.Type() == zorvexFieldExternalReference && field.NameView() == u"load";
 }
 
 /// The reference at a place of a field, asked for anew after each call that can change the tree.
@@ -93,7 +100,8 @@ void ZORVEXWriter::WriteField(ClassData& data, FieldDescriptor& field)
     }
     if (!field.IsRequired())
     {
-        const bool wanted = m_value.empty() ? m_treatEmptyAsSet && isSet : !equalsDefault;
+        const bool mayBeEmpty = m_treatEmptyAsSet && !IsLoadFlag(field);
+        const bool wanted = m_value.empty() ? mayBeEmpty && isSet : !equalsDefault;
         if (!wanted)
         {
             return;
@@ -135,7 +143,7 @@ bool ZORVEXWriter::ValueOf(ClassData& data, FieldDescriptor& field, const FieldD
 
 void ZORVEXWriter::AppendUris(ClassData& data, FieldDescriptor& field, const FieldData& stored)
 {
-    if (field.Type() == zorvexFieldExternalReference && field.NameView() == u"load")
+    if (IsLoadFlag(field))
     {
         if ((stored.External()->flags & ExternalRep::kLoad) != 0)
         {
@@ -151,6 +159,12 @@ void ZORVEXWriter::AppendUris(ClassData& data, FieldDescriptor& field, const Fie
             m_value += ' ';
         }
         AppendUri(data, field, i);
+    }
+    // A reader puts "#" in front of a `partRef` without one: a whole document needs its chain.
+    if (field.NameView() == u"partRef" && !m_value.empty() &&
+        m_value.find('#') == std::string::npos && attribute_write::IsBelow(data, u"Instance"))
+    {
+        m_value += "#ZORVEX(ZORVEX-doc)";
     }
 }
 

@@ -84,6 +84,10 @@ PluginDescriptor* ZORVEX::GetPluginDescriptor()
 
 void ZORVEX::Process(PluginProcessData* data)
 {
+    if (data == nullptr)
+    {
+        return;
+    }
     switch (data->m_operation)
     {
         case ZORVEX_OP_ADAPTER_IMPORT:
@@ -116,6 +120,10 @@ void ZORVEX::Process(PluginProcessData* data)
 void ZORVEX::Import(PluginProcessData& data)
 {
     auto* handles = GetSlot<Array<Handle>>(data, kHandlesSlot);
+    if (handles == nullptr)
+    {
+        return;
+    }
     auto* options = GetSlot<Configuration>(data, kOptionsSlot);
     auto* resolver = GetSlot<URIResolver>(data, kResolverSlot);
     if (resolver == nullptr)
@@ -141,9 +149,9 @@ void ZORVEX::Import(PluginProcessData& data)
 
 void ZORVEX::Load(PluginProcessData& data)
 {
-    if (GetContext().IsEmpty())
+    if (GetContext().IsEmpty() || GetSlot<Array<Handle>>(data, kHandlesSlot) == nullptr)
     {
-        return;
+        return;  // no document is named, or nobody takes it
     }
     DocumentLoad load(*this, data);
     load.Run();

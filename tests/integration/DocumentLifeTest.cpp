@@ -471,7 +471,7 @@ protected:
         { return Answer(self, data); };
     }
 
-    bool Answer(ToyAdapter&, PluginProcessData& data)
+    bool Answer(ToyAdapter& self, PluginProcessData& data)
     {
         auto* handles = internal::GetSlot<Array<Handle>>(data, internal::kHandlesSlot);
         auto* located = internal::GetSlot<Array<Handle>>(data, internal::kLocatedSlot);
@@ -485,6 +485,9 @@ protected:
                 m_locators.push_back(
                     Utf8(*internal::GetSlot<String>(data, internal::kLocatorSlot)));
                 *located = *handles;
+                return true;
+            case ZORVEX_OP_ADAPTER_SAVE:
+                m_saved.push_back(Utf8(self.GetContext()));
                 return true;
             case ZORVEX_OP_ADAPTER_DESTROY:
                 for (const Handle& handle : *handles)
@@ -511,6 +514,7 @@ protected:
     int m_loaded = 0;
     int m_destroyed = 0;
     std::vector<std::string> m_locators;
+    std::vector<std::string> m_saved;
     ScratchFolder m_folder;
 };
 
@@ -539,6 +543,25 @@ TEST_F(ForeignLifeTest, AThingIsDestroyedWithTheLastReferenceToIt)
     EXPECT_EQ(2, m_destroyed);
 }
 
+TEST_F(ForeignLifeTest, AThingWithoutAPlaceIsWrittenByItsAdapterOnce)
+{
+    const String path = m_folder.Write(
+        "a.zorvex",
+        WrapDocument("<ProductDef id=\"id1\"><InstanceGraph id=\"id2\"><ProductRevisionView "
+                     "id=\"id3\"><Representation id=\"id4\"/></ProductRevisionView>"
+                     "</InstanceGraph></ProductDef>"));
+    const URIResolverRef kept;
+    const Loaded loaded = LoadFrom(path);
+    loaded.Root()->ResolveId("id4")->SetAttributeValue(u"location",
+                                                       Reference(Handle(new int(7), u"TOY")));
+    for (int i = 0; i < 2; ++i)
+    {
+        EXPECT_THAT(Messages(loaded.Root()->Save(path, nullptr)), IsEmpty());
+        EXPECT_THAT(m_saved, ElementsAre("a_id4_toy.Toy"));
+        EXPECT_THAT(m_folder.Read("a.zorvex"), testing::HasSubstr("location=\"a_id4_toy.Toy\""));
+    }
+}
+
 TEST_F(ForeignLifeTest, ALocatorSharesWhatItsRepresentationHasLoaded)
 {
     const String path = m_folder.Write(
@@ -561,6 +584,40 @@ TEST_F(ForeignLifeTest, ALocatorSharesWhatItsRepresentationHasLoaded)
         EXPECT_EQ(1, shared.GetHandles().GetSize());
     }
     EXPECT_EQ(1, m_destroyed);
+}
+
+TEST_F(ForeignLifeTest, ADocumentReadByAnApplicationsAdapterIsNotWrittenAnew)
+{
+    ToyAdapter::s_behaviour = [](ToyAdapter&, PluginProcessData& data)
+    {
+        auto* handles = internal::GetSlot<Array<Handle>>(data, internal::kHandlesSlot);
+        switch (data.m_operation)
+        {
+            case ZORVEX_OP_ADAPTER_LOAD:
+                handles->Add(Handle(ClassDescriptor::FindByName(u"Document")->MakeObject()));
+                return true;
+            case ZORVEX_OP_ADAPTER_LOCATE:
+                *internal::GetSlot<Array<Handle>>(data, internal::kLocatedSlot) = *handles;
+                return true;
+            case ZORVEX_OP_ADAPTER_DESTROY:
+                delete handles->GetAt(0).GetObject();
+                return true;
+            default:
+                return false;
+        }
+    };
+    const String path = m_folder.Write(
+        "a.zorvex",
+        WrapDocument("<ProductDef id=\"id1\"><InstanceGraph id=\"id2\"><Instance id=\"id3\" "
+                     "partRef=\"x.toy#ZORVEX(TOY-doc)\"/></InstanceGraph></ProductDef>"));
+    {
+        const Loaded loaded = LoadFrom(path);
+        EXPECT_NE(nullptr, Target(loaded.Root()->ResolveId("id3"), u"partRef"));
+        EXPECT_TRUE(loaded.Root()->Save(path, nullptr).Ok());
+    }
+    EXPECT_THAT(m_folder.Read("a.zorvex"), testing::HasSubstr(" partRef=\"x.toy"));
+    EXPECT_EQ(1, std::distance(std::filesystem::directory_iterator(m_folder.Path()),
+                               std::filesystem::directory_iterator()));
 }
 
 }  // namespace zorvex_test

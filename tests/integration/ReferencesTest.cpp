@@ -75,6 +75,24 @@ TEST_F(ReferencesTest, ADocumentThatNamesItselfStaysOneDocument)
     EXPECT_EQ(loaded.Root(), Target(Part(loaded, "id13")));
 }
 
+TEST_F(ReferencesTest, AContextThatLeadsNowhereIsReportedAndEndsThere)
+{
+    for (const char* context : {"#plate", "none.zorvex#id5"})
+    {
+        const Loaded loaded = LoadFrom(m_folder.Write(
+            "a.zorvex",
+            WrapDocument("<ProductDef id=\"id1\"><InstanceGraph id=\"id2\"><ProductRevisionView "
+                         "id=\"id3\"><Representation id=\"id4\"><LocatorRef contextRef=\"" +
+                         std::string(context) +
+                         "\" locationRef=\"#id1\"/></Representation></ProductRevisionView>"
+                         "</InstanceGraph></ProductDef>")));
+        EXPECT_THAT(loaded.Messages(),
+                    testing::Contains(context[0] == '#'
+                                          ? "WARNING 517: Locator failed: plate"
+                                          : "ERROR 2: Cannot open file: " + PathOf("none.zorvex")));
+    }
+}
+
 // --- into other documents
 // ---------------------------------------------------------------------------------
 
@@ -297,6 +315,11 @@ TEST_F(ReferencesTest, ATextWithParentFoldersIsStoredCanonically)
     EXPECT_EQ("y/b.zorvex#id5", Text(view, u"revisionRef"));
     view->SetAttributeValue(u"revisionRef", String(u"x..y/b.zorvex#id5"));
     EXPECT_EQ("x..y/b.zorvex#id5", Text(view, u"revisionRef"));
+    for (const char* odd : {"../b.zorvex#ZORVEX(", "x/../"})  // none that a pointer could have
+    {
+        view->SetAttributeValue(u"revisionRef", String(odd));
+        EXPECT_EQ(odd, Text(view, u"revisionRef"));
+    }
 }
 
 TEST_F(ReferencesTest, ALocalReferenceReadsAsTheCurrentIdOfItsTarget)

@@ -3,8 +3,11 @@
 
 #include "Documents.h"
 #include "transport/LiveStreams.h"
+#include "zorvex_api/Adapter.h"
+#include "zorvex_api/AdapterRef.h"
 #include "zorvex_api/Load.h"
 #include "zorvex_api/MemoryStream.h"
+#include "zorvex_api/PluginProcessData.h"
 #include "zorvex_api/Pointer.h"
 #include "zorvex_api/URIResolver.h"
 #include "zorvex_api/URIResolverRef.h"
@@ -212,6 +215,21 @@ TEST_F(SaveAndLoadTest, AWholeDocumentIsReferredToByItsFile)
     EXPECT_EQ(target->GetRoot(), target);
 }
 
+TEST_F(SaveAndLoadTest, AnInstanceOfAWholeDocumentFindsItAgain)
+{
+    const Loaded b = LoadFrom(Write("b.zorvex", {}));
+    const auto a = MakeDocument();
+    Object* instance = nullptr;
+    a->ResolveId("id5")->GetOwner()->AddElement(u"ProductInstance", u"", instance);
+    EXPECT_EQ(1, instance->SetId(u"id20"));
+    instance->SetAttributeValue(u"partRef", Reference(Handle(b.Root())));
+    const std::string saved = SavedAs(a.get(), "a.zorvex");
+    const Loaded loaded = LoadFrom(m_folder.File("a.zorvex"));
+    EXPECT_THAT(loaded.Messages(), IsEmpty());
+    EXPECT_NE(nullptr, Target(loaded.Root()->ResolveId("id20"), u"partRef"));
+    EXPECT_EQ(saved, SavedAs(loaded.Root(), "a.zorvex"));
+}
+
 TEST_F(SaveAndLoadTest, ATakenNameGetsANumber)
 {
     const URIResolverRef kept;
@@ -224,6 +242,43 @@ TEST_F(SaveAndLoadTest, ATakenNameGetsANumber)
         EXPECT_EQ(std::string(wanted) + "#id5 ", RevisionRefs(SavedAs(a.get(), "a.zorvex")));
     }
     EXPECT_EQ(4u, Files().size());
+}
+
+TEST_F(SaveAndLoadTest, ANameThatIsMadeUpNeverTakesTheFileOfAnother)
+{
+    const auto a = MakeDocument();
+    const auto b = MakeDocument();
+    const auto c = MakeDocument();
+    const auto d = MakeDocument();
+    Refer(a.get(), b->ResolveId("id5"));
+    SavedAs(a.get(), "a.zorvex");
+    const std::string ofB = m_folder.Read("a_id11.zorvex");
+    // No resolver remembers the first save.
+    Refer(a.get(), c->ResolveId("id5"));
+    EXPECT_EQ("a_id11_0.zorvex#id5 ", RevisionRefs(SavedAs(a.get(), "a.zorvex")));
+    EXPECT_EQ(ofB, m_folder.Read("a_id11.zorvex"));
+    // Nor does a document take the place of the one that is being written.
+    const URIResolverRef kept;
+    SavedAs(a.get(), "e/a.zorvex");
+    Refer(a.get(), d->ResolveId("id5"));
+    EXPECT_EQ("a_id11_0.zorvex#id5 ", RevisionRefs(SavedAs(a.get(), "e/a_id11.zorvex")));
+}
+
+TEST_F(SaveAndLoadTest, ANameIsMadeFromWhatTheTextPicksOutOfItsFile)
+{
+    for (const auto& [text, name] :
+         {std::pair{"x.dat#ZORVEX(FOO-doc/body_index_3.x/ZORVEX-doc/id5)", "x_3_x.zorvex"},
+          std::pair{"x.dat#ZORVEX(FOO-doc/x(y)//z/FOO-doc/body/ZORVEX-doc/id5)", "x_y_z.zorvex"},
+          std::pair{"x.dat#ZORVEX(FOO-doc/Facetmesh/ZORVEX-doc/id5)", "x.zorvex"}})
+    {
+        const auto b = MakeDocument();
+        const auto a = MakeDocument();
+        Array<Handle> handles;
+        handles.Add(Handle(b->ResolveId("id5")));
+        a->ResolveId("id11")->SetAttributeValue(u"revisionRef", Reference(text, handles));
+        EXPECT_EQ(name + std::string("#id5 "), RevisionRefs(SavedAs(a.get(), "a.zorvex")));
+        EXPECT_TRUE(m_folder.Has(name));
+    }
 }
 
 TEST_F(SaveAndLoadTest, ATextNamesTheFileOfADocumentWithoutAPlace)
@@ -408,11 +463,46 @@ TEST_F(SaveAndLoadTest, AStreamOfTheCallerIsReadWrittenAndDeleted)
 
 TEST_F(SaveAndLoadTest, AForgedStreamInADocumentIsRefused)
 {
-    MemoryStream mine;
-    const Loaded loaded =
-        LoadFrom(Write("a.zorvex", {"#ZORVEX(STREAM-doc/0x1234560/ZORVEX-doc/id5)"}));
-    EXPECT_FALSE(loaded.GetResult().Ok());
-    EXPECT_EQ(nullptr, Target(loaded.Root()->ResolveId("id11")));
+    MemoryStream mine;  // not to be read nor deleted by a document that guesses its address
+    const std::string bytes = Document();
+    mine.Write(bytes.data(), static_cast<int>(bytes.size()), 1, 0);
+    mine.Rewind();
+    for (const std::string& address : {std::string("0x1234560"), Utf8(StreamAddress(&mine))})
+    {
+        const std::string text = "#ZORVEX(STREAM-doc/" + address + "/ZORVEX-doc/id5)";
+        const Loaded loaded = LoadFrom(Write("a.zorvex", {text}));
+        EXPECT_EQ("ERROR 4: Unable to load: \"" + text + "\"", loaded.Messages().at(0));
+        Array<Handle> targets;
+        Object* part = loaded.Root()->ResolveId("id11");
+        EXPECT_FALSE(part->ResolveAttribute(u"revisionRef", targets).Ok());
+        EXPECT_EQ(nullptr, Target(part));
+    }
+}
+
+TEST_F(SaveAndLoadTest, AnOperationWithoutItsSlotsDoesNothing)
+{
+    Write("a.zorvex", {});
+    for (const char* chain : {"#ZORVEX(ZORVEX-doc)", "#ZORVEX(STREAM-doc)"})
+    {
+        const AdapterRef adapters(Pointer(m_folder.File("a.zorvex") + chain), nullptr);
+        ASSERT_EQ(1, adapters.IsValid());
+        adapters->Process(nullptr);
+        for (int operation = 0; operation < 13; ++operation)
+        {
+            PluginProcessData data;
+            data.m_operation = operation;
+            adapters->Process(&data);
+            EXPECT_EQ(0u, Alive()) << operation;
+        }
+    }
+    Array<Handle> handles;  // no one reads the Result
+    const AdapterRef adapters(Pointer(m_folder.File("a.zorvex") + u"#ZORVEX(ZORVEX-doc)"), nullptr);
+    PluginProcessData data;
+    data.m_operation = ZORVEX_OP_ADAPTER_IMPORT;
+    data.Set(10, &handles);
+    adapters->Process(&data);
+    ASSERT_EQ(1, handles.GetSize());
+    delete handles[0].GetObject();
 }
 
 TEST_F(SaveAndLoadTest, ObjectsWithoutIdsStayWithoutUntilTheyAreReferredTo)

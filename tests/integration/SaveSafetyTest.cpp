@@ -177,6 +177,22 @@ TEST_F(SaveSafetyTest, AStreamThatFailsIsReportedAndDeleted)
     }
 }
 
+TEST_F(SaveSafetyTest, AFailedSaveElsewhereLeavesAResolverWithTheOldPlaceOnly)
+{
+    FailingResolver failing;
+    failing.file = u"b.zorvex";
+    const URIResolverRef active(&failing);
+    const String path = Write("a.zorvex", {});
+    const Loaded loaded = LoadFrom(path);
+    EXPECT_FALSE(Save(loaded.Root(), m_folder.File("b.zorvex")).Ok());
+    Pointer pointer;
+    EXPECT_EQ(1, failing.FindPointer(Handle(loaded.Root()), pointer));
+    EXPECT_EQ(Utf8(path), Utf8(pointer.GetString()));
+    Array<Handle> found;
+    failing.FindObjects(Pointer(m_folder.File("b.zorvex")), found);
+    EXPECT_EQ(0, found.GetSize());
+}
+
 TEST_F(SaveSafetyTest, ASecondDocumentThatFailsIsWrittenTheNextTime)
 {
     FailingResolver failing;
