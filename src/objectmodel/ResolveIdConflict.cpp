@@ -4,10 +4,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "objectmodel/AsideWalk.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ExternalRep.h"
 #include "objectmodel/ObjectPin.h"
+#include "objectmodel/TraverseContextImpl.h"
 #include "zorvex_api/Object.h"
 
 /// Making the ids of two trees differ before they are joined.
@@ -27,6 +27,7 @@ public:
     ResolveIdConflictContext(ClassData& otherRoot, bool force) : m_other(otherRoot), m_force(force)
     {
         SetFollowURI(0);
+        GetImplementation()->includesAside = true;
     }
 
     zorvexTraverseResult Visit(Object* object) override
@@ -41,7 +42,7 @@ public:
             }
             renumber.push_back(&data);
         }
-        return TraverseAside(data, *this);
+        return zorvexTraverseContinue;
     }
 
     ClassData* conflict = nullptr;
@@ -88,19 +89,22 @@ private:
 class ReplaceReferenceContext final : public TraverseContext
 {
 public:
-    explicit ReplaceReferenceContext(const NewIds& newIds) : m_newIds(newIds) { SetFollowURI(0); }
+    explicit ReplaceReferenceContext(const NewIds& newIds) : m_newIds(newIds)
+    {
+        SetFollowURI(0);
+        GetImplementation()->includesAside = true;
+    }
 
     zorvexTraverseResult Visit(Object* object) override
     {
-        const ClassData& owner = *ClassData::Of(object);
-        for (FieldData* data = owner.fields; data != nullptr; data = data->next)
+        for (FieldData* data = ClassData::Of(object)->fields; data != nullptr; data = data->next)
         {
             if (data->IsSet() && data->descriptor->IsReference())
             {
                 Replace(*data);
             }
         }
-        return TraverseAside(owner, *this);
+        return zorvexTraverseContinue;
     }
 
 private:

@@ -1,8 +1,8 @@
 #include "objectmodel/SplitTreeContext.h"
 
-#include "objectmodel/AsideWalk.h"
 #include "objectmodel/ClassData.h"
 #include "objectmodel/IdTable.h"
+#include "objectmodel/TraverseContextImpl.h"
 
 namespace zorvex_api
 {
@@ -11,6 +11,7 @@ SplitTreeContext::SplitTreeContext(ClassData& oldRoot, ClassData& newRoot)
     : m_oldRoot(oldRoot), m_newRoot(newRoot)
 {
     SetFollowURI(0);
+    GetImplementation()->includesAside = true;
 }
 
 zorvexTraverseResult SplitTreeContext::Visit(Object* object)
@@ -20,7 +21,7 @@ zorvexTraverseResult SplitTreeContext::Visit(Object* object)
     {
         Move(*data);
     }
-    return TraverseAside(*data, *this);
+    return zorvexTraverseContinue;
 }
 
 void SplitTreeContext::Move(ClassData& data)

@@ -38,11 +38,12 @@ bool IsWalked(const FieldDescriptor& field, bool followURI)
 class Place
 {
 public:
-    Place(Object* object, bool followURI) : m_object(object), m_followURI(followURI)
+    Place(Object* object, const TraverseContextImpl& context)
+        : m_object(object), m_followURI(context.followURI != 0)
     {
         for (const FieldData* field = m_object->fields; field != nullptr; field = field->next)
         {
-            if (field->IsSet() && IsWalked(*field->descriptor, followURI))
+            if (field->IsSet() && IsWalked(*field->descriptor, m_followURI))
             {
                 Open();
                 return;
@@ -71,13 +72,13 @@ public:
                 return next;
             }
         }
-        return nullptr;
+        return context.includesAside ? NextAside() : nullptr;
     }
 
     /// A visit's own value ends the list that its object stands in, and nothing more.
     void LeaveList()
     {
-        if (m_fields[m_field]->Type() == zorvexFieldMultipleElement)
+        if (m_field < m_fields.size() && m_fields[m_field]->Type() == zorvexFieldMultipleElement)
         {
             ++m_field;
             m_index = 0;
@@ -119,6 +120,12 @@ private:
         }
         m_last = m_index < list.Count() ? list.At(m_index) : nullptr;
         return m_last;
+    }
+
+    Object* NextAside()
+    {
+        const Array<Object*>* aside = m_object->AsideChildren();
+        return aside != nullptr && m_index < aside->GetSize() ? aside->GetAt(m_index++) : nullptr;
     }
 
     Object* NextDocument(const Array<ExternalRep*>& references, const TraverseContextImpl& context)
@@ -186,7 +193,7 @@ zorvexTraverseResult Object::Traverse(TraverseContext* context)
     std::vector<Place> path;
     if (result == zorvexTraverseContinue)
     {
-        path.emplace_back(this, walk.followURI != 0);
+        path.emplace_back(this, walk);
     }
     while (!path.empty())
     {
@@ -205,7 +212,7 @@ zorvexTraverseResult Object::Traverse(TraverseContext* context)
         }
         if (visited == zorvexTraverseContinue)
         {
-            path.emplace_back(next, walk.followURI != 0);
+            path.emplace_back(next, walk);
         }
         else if (visited != zorvexTraverseSkip)
         {

@@ -305,4 +305,33 @@ TEST_F(DocumentWalkTest, DeepTreesAreWalkedAndCopiedOnASmallStack)
         });
 }
 
+TEST_F(DocumentWalkTest, ChildrenKeptAsideBelowEachOtherMoveAndEndOnASmallStack)
+{
+    constexpr int kDepth = 5000;
+    OnSmallStack(
+        [&]
+        {
+            const auto keepAside = [](Object* child, Object* owner)
+            { ClassData::Of(child)->SetOwner(owner, {}, nullptr, true, false, 1); };
+            const auto graph = Make(u"InstanceGraph");
+            Object* top = AddChild(*graph, u"Instance");
+            Object* innermost = top;
+            for (int i = 0; i < kDepth; ++i)
+            {
+                Object* child = Make(u"Instance").release();
+                keepAside(child, innermost);
+                innermost = child;
+            }
+            const String id = innermost->GetId();
+            ASSERT_TRUE(top->SetOwner(nullptr).Ok());
+            EXPECT_EQ(nullptr, graph->ResolveId(id));
+            EXPECT_EQ(innermost, top->ResolveId(id));
+
+            AddChild(*graph, u"Instance")->SetId(id);
+            ASSERT_TRUE(top->SetOwner(graph.get()).Ok());
+            EXPECT_NE(Utf8(id), IdOf(*innermost));
+            EXPECT_EQ(innermost, graph->ResolveId(innermost->GetId()));
+        });
+}
+
 }  // namespace
