@@ -216,7 +216,8 @@ void PrintClass(const ClassDescriptor& descriptor, const SharedFields& shared)
     }
 }
 
-/// All classes in the order in which they were registered.
+/// All classes of the schemas in the order in which they were registered. The library's own two,
+/// Object and Configuration, belong to no namespace and are told when asked for by name.
 std::vector<const ClassDescriptor*> AllClasses()
 {
     std::vector<const ClassDescriptor*> classes;
@@ -224,7 +225,11 @@ std::vector<const ClassDescriptor*> AllClasses()
     classes.reserve(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i)
     {
-        classes.push_back(ClassDescriptor::GetClassDescriptor(i));
+        const ClassDescriptor* one = ClassDescriptor::GetClassDescriptor(i);
+        if (!one->GetNamespace().IsEmpty())
+        {
+            classes.push_back(one);
+        }
     }
     // Class values are handed out in the order of registration.
     std::sort(classes.begin(), classes.end(),
