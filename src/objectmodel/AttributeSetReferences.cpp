@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <numeric>
 #include <vector>
 
 #include "objectmodel/AttributeMessages.h"
@@ -320,13 +321,25 @@ Result SetAsText(ClassData& owner, FieldDescriptor& field, TextView name,
     return SetText(owner, field, name, text, options);
 }
 
+bool IsExternalReference(const FieldDescriptor& field)
+{
+    return PartOf(field) != Part::Value;
+}
+
+int CountHandles(const Reference* references, int count)
+{
+    return std::accumulate(references, references + count, 0,
+                           [](int sum, const Reference& reference)
+                           { return sum + reference.GetHandles().GetSize(); });
+}
+
 const char* SingleTypeName(const FieldDescriptor& field)
 {
     if (field.Type() == zorvexFieldSingleReference)
     {
         return "zorvexFieldSingleReference";
     }
-    return PartOf(field) == Part::Value ? "zorvexFieldSingleURI" : "zorvexFieldExternalReference";
+    return IsExternalReference(field) ? "zorvexFieldExternalReference" : "zorvexFieldSingleURI";
 }
 
 Result SetSingle(ClassData& owner, FieldDescriptor& field, TextView name,
@@ -334,7 +347,9 @@ Result SetSingle(ClassData& owner, FieldDescriptor& field, TextView name,
 {
     if (count != 1)
     {
-        return attribute_message::SizeNotOne(SingleTypeName(field));
+        return CountHandles(references, count) > 1 && IsExternalReference(field)
+                   ? attribute_message::MultipleHandles(name)
+                   : attribute_message::SizeNotOne(SingleTypeName(field));
     }
     if (references[0].GetHandles().GetSize() == 0)
     {

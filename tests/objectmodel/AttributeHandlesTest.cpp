@@ -96,6 +96,11 @@ TEST_F(AttributeHandlesTest, AnExternalReferenceTakesOneThing)
     ASSERT_TRUE(m_representation->SetAttributeValue(u"location", one).Ok());
     EXPECT_THAT(Messages(m_representation->SetAttributeValue(u"location", Reference(handles))),
                 ElementsAre(message));
+    Array<Reference> two;
+    two.Add(Reference(handles[0]));
+    two.Add(Reference(handles[1]));
+    EXPECT_THAT(Messages(m_representation->SetAttributeValue(u"location", two)),
+                ElementsAre(message));
     Reference read;
     ASSERT_TRUE(m_representation->GetAttributeValue(u"location", read).Ok());
     EXPECT_EQ(&m_things[0], read.GetHandle().GetData());
