@@ -2,6 +2,9 @@
 
 #include <xercesc/util/XMLUni.hpp>
 
+#include <cstdint>
+#include <cstring>
+
 #include "runtime/Text.h"
 #include "zorvex_api/Exception.h"
 #include "zorvex_api/Stream.h"
@@ -16,9 +19,11 @@ using zorvex_api::String;
 namespace
 {
 
-bool IsForbiddenControl(unsigned unit)
+constexpr XMLSize_t kWidest = 4;  // bytes of a character
+
+bool IsForbiddenControl(std::uint32_t character)
 {
-    return unit < 32 && unit != 0 && unit != 9 && unit != 10 && unit != 13;
+    return character < 32 && character != 0 && character != 9 && character != 10 && character != 13;
 }
 
 }  // namespace
@@ -41,62 +46,72 @@ XMLSize_t XercesBinInputStream::ReadStream(XMLByte* buffer, XMLSize_t size)
 
 XMLSize_t XercesBinInputStream::readBytes(XMLByte* buffer, const XMLSize_t size)
 {
-    // Blocks of an even size, so that no 16-bit unit is cut in two but at the end of the stream.
-    const XMLSize_t wanted = m_filter && size > 1 ? size & ~XMLSize_t{1} : size;
+    if (!m_filter)
+    {
+        const XMLSize_t read = ReadStream(buffer, size);
+        *m_position += read;
+        return read;
+    }
+    // Whole characters, so that none is cut in two but at the end of the stream.
+    const XMLSize_t wanted = size >= kWidest ? size - size % kWidest : size;
     XMLSize_t read = ReadStream(buffer, wanted);
-    if (m_filter && read % 2 != 0 && read < wanted)
+    while (read % kWidest != 0 && read < wanted)
     {
-        read += ReadStream(buffer + read, 1);
-    }
-    if (m_filter)
-    {
-        if (m_width == Width::Unknown)
+        const XMLSize_t more = ReadStream(buffer + read, kWidest - read % kWidest);
+        if (more == 0)
         {
-            FindWidth(buffer, read);
+            break;
         }
-        Filter(buffer, read);
+        read += more;
     }
+    if (m_width == 0)
+    {
+        FindWidth(buffer, read);
+    }
+    Filter(buffer, read);
     *m_position += read;
     return read;
 }
 
+/// From what the parser tells encodings by: the mark at the start, or the zero bytes around "<".
 void XercesBinInputStream::FindWidth(const XMLByte* bytes, XMLSize_t count)
 {
-    m_width = Width::Bytes;
-    if (count < 2)
+    struct Start
     {
-        return;
-    }
-    if ((bytes[0] == 0xFF && bytes[1] == 0xFE) || (bytes[0] == '<' && bytes[1] == 0))
+        XMLByte bytes[4];
+        XMLSize_t length;
+        int width;
+        bool highFirst;
+    };
+    static constexpr Start kStarts[] = {
+        {{'<', 0, 0, 0}, 4, 4, false}, {{0, 0, 0, '<'}, 4, 4, true}, {{0xFF, 0xFE}, 2, 2, false},
+        {{'<', 0}, 2, 2, false},       {{0xFE, 0xFF}, 2, 2, true},   {{0, '<'}, 2, 2, true},
+    };
+    m_width = 1;
+    for (const Start& start : kStarts)
     {
-        m_width = Width::UnitsLowFirst;
-    }
-    else if ((bytes[0] == 0xFE && bytes[1] == 0xFF) || (bytes[0] == 0 && bytes[1] == '<'))
-    {
-        m_width = Width::UnitsHighFirst;
+        if (count >= start.length && std::memcmp(bytes, start.bytes, start.length) == 0)
+        {
+            m_width = start.width;
+            m_highFirst = start.highFirst;
+            return;
+        }
     }
 }
 
 void XercesBinInputStream::Filter(XMLByte* bytes, XMLSize_t count) const
 {
-    if (m_width == Width::Bytes)
+    const auto width = static_cast<XMLSize_t>(m_width);
+    for (XMLSize_t at = 0; at + width <= count; at += width)
     {
-        for (XMLSize_t i = 0; i < count; ++i)
+        std::uint32_t character = 0;
+        for (XMLSize_t i = 0; i < width; ++i)
         {
-            if (IsForbiddenControl(bytes[i]))
-            {
-                bytes[i] = ' ';
-            }
+            character = character << 8 | bytes[at + (m_highFirst ? i : width - 1 - i)];
         }
-        return;
-    }
-    for (XMLSize_t i = 0; i + 1 < count; i += 2)
-    {
-        XMLByte& low = m_width == Width::UnitsLowFirst ? bytes[i] : bytes[i + 1];
-        const XMLByte high = m_width == Width::UnitsLowFirst ? bytes[i + 1] : bytes[i];
-        if (high == 0 && IsForbiddenControl(low))
+        if (IsForbiddenControl(character))
         {
-            low = ' ';
+            bytes[at + (m_highFirst ? width - 1 : 0)] = ' ';
         }
     }
 }

@@ -15,9 +15,9 @@ namespace zorvex_parser
 class XercesBinInputStream : public xercesc::BinInputStream
 {
 public:
-    /// With `filter`, control bytes that XML doesn't allow reach the parser as blanks. UTF-16 text
-    /// is filtered by character, other text by byte. `bytesRead` counts what was read; it outlives
-    /// the stream.
+    /// With `filter`, control bytes that XML doesn't allow reach the parser as blanks. UTF-16 and
+    /// UTF-32 text is filtered by character, other text by byte. `bytesRead` counts what was read;
+    /// it outlives the stream.
     XercesBinInputStream(zorvex_api::Stream* stream, bool filter, XMLFilePos* bytesRead);
 
     XMLFilePos curPos() const override { return *m_position; }
@@ -26,14 +26,6 @@ public:
     const XMLCh* getContentType() const override { return nullptr; }
 
 private:
-    enum class Width
-    {
-        Unknown,
-        Bytes,
-        UnitsLowFirst,
-        UnitsHighFirst
-    };
-
     XMLSize_t ReadStream(XMLByte* buffer, XMLSize_t size);
     void Filter(XMLByte* bytes, XMLSize_t count) const;
     void FindWidth(const XMLByte* bytes, XMLSize_t count);
@@ -41,7 +33,8 @@ private:
     XMLFilePos* m_position;
     zorvex_api::Stream* m_stream;
     bool m_filter;
-    Width m_width = Width::Unknown;
+    int m_width = 0;  // bytes of a unit of the text; 0: not known yet
+    bool m_highFirst = false;
 };
 
 /// The input source of one parse.
