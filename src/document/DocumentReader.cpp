@@ -72,6 +72,7 @@ void ParseStream(const String& path, Stream* stream, Configuration* options,
         reader.forceUtf8 = forceUtf8;
         reader.Prepare();
         RunParse(*parser, stream, options, result);
+        reader.Finish();
         ReportEnd(reader, objects, result);
     }
     catch (...)

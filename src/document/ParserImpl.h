@@ -53,6 +53,9 @@ public:
                       const Parser::UCharList& values);
     void EndElement();
     void Characters(TextView text);
+    /// After the parse: what a document that was cut off had as text of its open elements, up to
+    /// its last tag, is stored. A text that no tag ended isn't known to be whole.
+    void Finish();
 
     // --- given before the parse
     // -------------------------------------------------------------------
@@ -164,7 +167,8 @@ private:
                     const Parser::UCharList& names, const Parser::UCharList& values);
     void Attach(ClassData& data, FieldDescriptor* field);
     void AttachByName(ClassData& data);
-    void RefuseChild(ClassData& data);
+    void PlaceChild(ClassData& data, FieldDescriptor* field, const Parser::UCharList& names,
+                    const Parser::UCharList& values);
     const String* RememberedName(ClassDescriptor* descriptor, FieldDescriptor* field) const;
     Frame& PushFrame(ClassData* data);
     ClassDescriptor* MakeRuntimeClass(const ElementNamespace& ns, ClassDescriptor* base);
@@ -173,10 +177,8 @@ private:
     // --------------------------------------------------------
     void ReadAttributes(ClassData& data, const Parser::UCharList& names,
                         const Parser::UCharList& values);
-    void ReadBuiltInAttributes(ClassData& data, const Parser::UCharList& names,
-                               const Parser::UCharList& values);
-    void ReadRuntimeAttributes(ClassData& data, const Parser::UCharList& names,
-                               const Parser::UCharList& values);
+    bool ReadBuiltInAttribute(ClassData& data, const ClassLayout& layout, TextView name,
+                              TextView value);
     bool ReadId(ClassData& data, TextView value);
     bool ReadSchemaLocation(ClassData& data, TextView name, TextView value);
     bool ReadRuntimeAttribute(ClassData& data, TextView name, TextView value);

@@ -28,20 +28,10 @@ TextView ParserImpl::TakeValue(const unsigned short* value) const
 void ParserImpl::ReadAttributes(ClassData& data, const Parser::UCharList& names,
                                 const Parser::UCharList& values)
 {
-    if (ClassDescriptorImpl::Of(data.GetClassDescriptor())->IsRuntimeClass())
-    {
-        ReadRuntimeAttributes(data, names, values);
-    }
-    else
-    {
-        ReadBuiltInAttributes(data, names, values);
-    }
-}
-
-void ParserImpl::ReadBuiltInAttributes(ClassData& data, const Parser::UCharList& names,
-                                       const Parser::UCharList& values)
-{
-    const ClassLayout& layout = ClassDescriptorImpl::Of(data.GetClassDescriptor())->Layout();
+    const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(data.GetClassDescriptor());
+    const ClassLayout& layout = impl->Layout();
+    const bool isRuntime = impl->IsRuntimeClass();
+    const bool takesNamespaces = isRuntime && schemaMode != 0;
     bool hasId = false;
     const int count = names.GetLength();
     for (int i = 0; i < count; ++i)
@@ -53,28 +43,18 @@ void ParserImpl::ReadBuiltInAttributes(ClassData& data, const Parser::UCharList&
             break;
         }
         const TextView name(AsChar16(names[i]));
-        if (IsNamespaceAttribute(name))
+        if (!takesNamespaces && IsNamespaceAttribute(name))
         {
             continue;
         }
         const TextView value = TakeValue(values[i]);
-        if (name == u"id")
-        {
-            hasId = ReadId(data, value) || hasId;
-            continue;
-        }
         if (ReadSchemaLocation(data, name, value))
         {
             continue;
         }
-        FieldDescriptor* field = layout.FindAttribute(name);
-        if (field != nullptr && !field->IsContent())
-        {
-            SetField(data, *field, value);
-            continue;
-        }
-        Warn(525, String::Format("\"%s\" is not an allowed attribute of: <%s>",
-                                 ToUtf8(name).c_str(), LocalUtf8().c_str()));
+        const bool isId = isRuntime ? ReadRuntimeAttribute(data, name, value)
+                                    : ReadBuiltInAttribute(data, layout, name, value);
+        hasId = hasId || isId;
     }
     if (!hasId)
     {
@@ -82,7 +62,25 @@ void ParserImpl::ReadBuiltInAttributes(ClassData& data, const Parser::UCharList&
     }
 }
 
-/// False when the object got no id from it.
+/// True when it gave the object its id, as for all of these.
+bool ParserImpl::ReadBuiltInAttribute(ClassData& data, const ClassLayout& layout, TextView name,
+                                      TextView value)
+{
+    if (name == u"id")
+    {
+        return ReadId(data, value);
+    }
+    FieldDescriptor* field = layout.FindAttribute(name);
+    if (field == nullptr || field->IsContent())
+    {
+        Warn(525, String::Format("\"%s\" is not an allowed attribute of: <%s>",
+                                 ToUtf8(name).c_str(), LocalUtf8().c_str()));
+        return false;
+    }
+    SetField(data, *field, value);
+    return false;
+}
+
 bool ParserImpl::ReadId(ClassData& data, TextView value)
 {
     const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(data.GetClassDescriptor());
@@ -163,43 +161,14 @@ void ParserImpl::NoteReferences(ClassData& data, FieldDescriptor& field)
 
 // --- run-time classes ----------------------------------------------------------------------------
 
-void ParserImpl::ReadRuntimeAttributes(ClassData& data, const Parser::UCharList& names,
-                                       const Parser::UCharList& values)
-{
-    bool hasId = false;
-    const int count = names.GetLength();
-    for (int i = 0; i < count; ++i)
-    {
-        if (names[i] == nullptr)
-        {
-            Fail(2, String::Format("Unable to get an attribute (index:%d) of: \"%s\"", i,
-                                   LocalUtf8().c_str()));
-            break;
-        }
-        const TextView name(AsChar16(names[i]));
-        if (schemaMode == 0 && IsNamespaceAttribute(name))
-        {
-            continue;
-        }
-        const TextView value = TakeValue(values[i]);
-        if (!ReadSchemaLocation(data, name, value))
-        {
-            hasId = ReadRuntimeAttribute(data, name, value) || hasId;
-        }
-    }
-    if (!hasId)
-    {
-        data.SetNoId();
-    }
-}
-
-/// True when it was the object's id.
 bool ParserImpl::ReadRuntimeAttribute(ClassData& data, TextView rawName, TextView value)
 {
     TextView name = rawName;
     const NamespaceScope::Name* ns = nullptr;
     const std::size_t colon = rawName.find(u':');
-    if (schemaMode == 0 && colon != rawName.npos)
+    // "xml" needs no declaration, and stands for nothing else: such a name is kept whole.
+    const bool isXml = rawName.starts_with(u"xml:");
+    if (schemaMode == 0 && colon != rawName.npos && !isXml)
     {
         ns = m_scope.Find(rawName.substr(0, colon));
         if (ns == nullptr)

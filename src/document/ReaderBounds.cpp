@@ -1,5 +1,6 @@
 #include "document/ParserImpl.h"
 
+#include "document/UnknownClass.h"
 #include "objectmodel/ClassRegistry.h"
 #include "objectmodel/Namespace.h"
 #include "runtime/NumberText.h"
@@ -52,7 +53,9 @@ bool ParserImpl::StartBound(const Parser::UCharList& names, const Parser::UCharL
     if (m_name->local == u"BoxBound" || m_name->local == u"SphereBound")
     {
         FieldDescriptor* field = layout.FindElement(u"Bound");
-        if (field == nullptr || field->Class() == nullptr || !IsBoundClass(field->Class()))
+        // An unknown element that has held a `Bound` may hold these for what they are, too.
+        if (field == nullptr || IsUnknownClass(field->Owner()) || field->Class() == nullptr ||
+            !IsBoundClass(field->Class()))
         {
             return false;
         }

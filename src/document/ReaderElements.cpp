@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "document/UnknownClass.h"
 #include "objectmodel/ClassRegistry.h"
 #include "objectmodel/IdTable.h"
 #include "objectmodel/Namespace.h"
@@ -53,6 +54,13 @@ SubElementMode SubElementModeOf(const String& text)
     return text == u"none" ? SubElementMode::Replace : SubElementMode::Refuse;
 }
 
+/// The field that an embedded schema was held by and that lost its class with it.
+bool HeldEmbeddedSchema(const FieldDescriptor& field)
+{
+    return field.NameView() == u"schema" && field.Class() == nullptr && field.Owner() != nullptr &&
+           field.Owner()->InMainNamespace() && View(field.Owner()->Name()) == u"Schema";
+}
+
 bool IsMainClassNamed(ClassDescriptor* descriptor, TextView name)
 {
     const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(descriptor);
@@ -94,7 +102,13 @@ void ParserImpl::Prepare()
     {
         Configuration* child = given->GetConfiguration(i);
         const String prefix = child->GetName();
-        const String uri = child->GetValue();
+        String uri = child->GetValue();
+        const MutexLock lock(kNamespaceMutex);
+        const Namespace* registered = Namespace::FindByUri(View(uri));
+        if (registered != nullptr && registered->IsLegacy())
+        {
+            uri = registered->Target()->Uri();
+        }
         m_scope.BindOutside(View(prefix), m_scope.Intern(View(uri)));
     }
 }
@@ -170,6 +184,10 @@ void ParserImpl::StartElement(TextView name, const Parser::UCharList& names,
 
 void ParserImpl::EndElement()
 {
+    if (m_depth == 0)
+    {
+        return;  // of a parser that closes more than it opened
+    }
     FlushText(false);
     m_scope.Close(static_cast<unsigned>(m_depth));
     --m_depth;
@@ -331,9 +349,10 @@ ClassDescriptor* ParserImpl::FindRootClass(const ElementNamespace& ns)
 ClassDescriptor* ParserImpl::MakeRuntimeClass(const ElementNamespace& ns, ClassDescriptor* base)
 {
     const TextView uri = m_noNamespaces || ns.name == nullptr ? TextView() : ns.name->view;
+    const TextView prefix = uri.empty() ? TextView() : m_name->prefix;
     bool made = false;
     ClassDescriptor* descriptor =
-        ClassRegistry::MakeRuntimeClass(m_name->local, uri, m_name->prefix, base, &made);
+        ClassRegistry::MakeRuntimeClass(m_name->local, uri, prefix, base, &made);
     if (made && createdClasses != nullptr)
     {
         createdClasses->Add(descriptor);
@@ -495,7 +514,7 @@ FieldDescriptor* ParserImpl::FindNamedField(const ElementNamespace& ns)
     const ClassDescriptorImpl* parent = ClassDescriptorImpl::Of(Current()->GetClassDescriptor());
     const auto accepts = [&](const FieldDescriptor& field)
     {
-        if (field.IsWildcard())
+        if (field.IsWildcard() || HeldEmbeddedSchema(field))
         {
             return false;
         }
@@ -506,8 +525,13 @@ FieldDescriptor* ParserImpl::FindNamedField(const ElementNamespace& ns)
         const ClassDescriptorImpl* fieldClass = field.Type() == zorvexFieldContentElement
                                                     ? nullptr
                                                     : ClassDescriptorImpl::Of(field.Class());
-        return (fieldClass != nullptr && View(fieldClass->NamespaceUri()) == ns.name->view) ||
-               (field.Owner() != nullptr && View(field.Owner()->NamespaceUri()) == ns.name->view);
+        if (fieldClass != nullptr && View(fieldClass->NamespaceUri()) == ns.name->view)
+        {
+            return true;
+        }
+        // A field made for an unknown element is of that element's namespace alone.
+        return !IsUnknownClass(fieldClass) && field.Owner() != nullptr &&
+               View(field.Owner()->NamespaceUri()) == ns.name->view;
     };
     return parent->Layout().FindElementIf(m_name->local, accepts);
 }
@@ -571,12 +595,15 @@ void ParserImpl::StartUnfielded(ClassDescriptor* found, const ElementNamespace& 
         }
         chosen = chosen == nullptr ? field : chosen;
     }
-    if (found != nullptr || m_ignoreUnknown || chosen == nullptr)
+    // A class that an unknown element was given before, here or in another document, is none that
+    // the element could be out of place for.
+    const bool isKnown = found != nullptr && !IsUnknownClass(ClassDescriptorImpl::Of(found));
+    if (isKnown || m_ignoreUnknown || chosen == nullptr)
     {
         SkipElement();
         return;
     }
-    ClassDescriptor* descriptor = MakeRuntimeClass(ns, chosen->Class());
+    ClassDescriptor* descriptor = found != nullptr ? found : MakeRuntimeClass(ns, chosen->Class());
     OpenObject(descriptor, chosen, RememberedName(descriptor, chosen), names, values);
 }
 
@@ -668,18 +695,13 @@ void ParserImpl::OpenObject(ClassDescriptor* descriptor, FieldDescriptor* field,
         throw Exception(2, u"No ClassDescriptor");
     }
     ClassData& data = *ClassData::Of(object);
-    const bool isRoot = m_depthOpen == 0;
-    if (isRoot)
+    if (m_depthOpen == 0)
     {
         // From here on the object is the caller's, whatever happens.
         m_inDocument = true;
         objects->Add(object);
         PushFrame(&data);
-    }
-    const std::size_t referencesBefore = references != nullptr ? references->size() : 0;
-    ReadAttributes(data, names, values);
-    if (isRoot)
-    {
+        ReadAttributes(data, names, values);
         if (data.id.HasValue())
         {
             data.NeedIdTable().Insert(&data);
@@ -687,21 +709,45 @@ void ParserImpl::OpenObject(ClassDescriptor* descriptor, FieldDescriptor* field,
     }
     else
     {
-        Attach(data, field);
-        if (data.owner == nullptr)
-        {
-            if (references != nullptr)
-            {
-                references->resize(referencesBefore);
-            }
-            RefuseChild(data);
-        }
+        PlaceChild(data, field, names, values);
         data.elementName = remembered;
         PushFrame(&data);
     }
     if (m_checkDocument)
     {
         CheckRequired(data, names);
+    }
+}
+
+/// Reads a new object's attributes and puts it into the tree. Where either fails the object goes,
+/// with the references met in it.
+void ParserImpl::PlaceChild(ClassData& data, FieldDescriptor* field, const Parser::UCharList& names,
+                            const Parser::UCharList& values)
+{
+    const std::size_t referencesBefore = references != nullptr ? references->size() : 0;
+    try
+    {
+        ReadAttributes(data, names, values);
+        Attach(data, field);
+        if (data.owner == nullptr)
+        {
+            const String parentName = Current()->object->GetElementName();
+            throw Exception(kInvalid,
+                            String::Format("Unable to add <%s> to parent <%s>", LocalUtf8().c_str(),
+                                           ToUtf8(parentName).c_str()));
+        }
+    }
+    catch (...)
+    {
+        if (data.owner == nullptr)
+        {
+            if (references != nullptr)
+            {
+                references->resize(referencesBefore);
+            }
+            delete data.object;
+        }
+        throw;
     }
 }
 
@@ -718,15 +764,6 @@ void ParserImpl::Attach(ClassData& data, FieldDescriptor* field)
     }
     result->Merge(data.SetOwner(parent.object, TextView(), field, false, false,
                                 static_cast<int>(m_subElements)));
-}
-
-void ParserImpl::RefuseChild(ClassData& data)
-{
-    Object* parent = Current()->object;
-    const String parentName = parent->GetElementName();
-    delete data.object;
-    throw Exception(kInvalid, String::Format("Unable to add <%s> to parent <%s>",
-                                             LocalUtf8().c_str(), ToUtf8(parentName).c_str()));
 }
 
 /// Null where the name follows from the field and the class.

@@ -92,6 +92,14 @@ void ParserImpl::StoreContent(Frame& frame)
     frame.gathered.clear();
 }
 
+void ParserImpl::Finish()
+{
+    for (std::size_t i = 0; i < m_depthOpen; ++i)
+    {
+        StoreContent(m_frames[i]);
+    }
+}
+
 void ParserImpl::CloseContentElement()
 {
     m_inContentElement = false;

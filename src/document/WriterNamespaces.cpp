@@ -93,7 +93,8 @@ private:
 }  // namespace
 
 /// Two namespaces of a tree can have the same prefix, or both none. The root's tag declares one,
-/// the root's own before others; elements of the other declare theirs.
+/// the root's own before others, and none without a prefix but the default or the root's own;
+/// elements of the other declare theirs.
 void ZORVEXWriter::WriteNamespaces(Object* root)
 {
     TC used;
@@ -108,8 +109,13 @@ void ZORVEXWriter::WriteNamespaces(Object* root)
     {
         const bool isRoots = View(ns->Uri()) == View(rootUri);
         const bool lendsDefault = ns->IsDefault() || (runtimeRoot && isRoots);
-        if (ns->IsLegacy() || !used.Uses(ns->Uri()) || (ns->Prefix().IsEmpty() && !lendsDefault))
+        if (ns->IsLegacy() || !used.Uses(ns->Uri()))
         {
+            continue;
+        }
+        if (ns->Prefix().IsEmpty() && !lendsDefault)
+        {
+            m_prefixesClash = true;
             continue;
         }
         const bool leavesToRoot = !isRoots && !rootUri.IsEmpty() &&
@@ -119,13 +125,29 @@ void ZORVEXWriter::WriteNamespaces(Object* root)
             m_prefixesClash = true;
             continue;
         }
-        m_textStream.WriteNamespace(ns->Prefix(), ns->Uri());
-        Bind(ns->Prefix(), ns->Uri());
+        WriteNamespace(*ClassData::Of(root), ns->Prefix(), ns->Uri());
     }
 }
 
+/// Declares a prefix at the element of `data`. The elements of a schema hold their declarations as
+/// attributes, which are written with the others.
+void ZORVEXWriter::WriteNamespace(const ClassData& data, const String& prefix, const String& uri)
+{
+    Bind(prefix, uri);
+    const String name = prefix.IsEmpty() ? String(u"xmlns") : String(u"xmlns:") + prefix;
+    for (const FieldData* field = data.fields; field != nullptr; field = field->next)
+    {
+        if (field->IsSet() && field->descriptor->XmlNameView() == View(name))
+        {
+            return;
+        }
+    }
+    m_textStream.WriteNamespace(prefix, uri);
+}
+
 /// The declaration of an element whose prefix stands for another namespace here.
-void ZORVEXWriter::WriteOwnNamespace(const ClassDescriptorImpl& descriptor, std::string_view prefix)
+void ZORVEXWriter::WriteOwnNamespace(const ClassData& data, const ClassDescriptorImpl& descriptor,
+                                     std::string_view prefix)
 {
     const String& uri = descriptor.NamespaceUri();
     if (uri.IsEmpty() || prefix != PrefixOf(descriptor))
@@ -135,8 +157,7 @@ void ZORVEXWriter::WriteOwnNamespace(const ClassDescriptorImpl& descriptor, std:
     const Binding* bound = FindBinding(prefix);
     if (bound == nullptr || View(bound->uri) != View(uri))
     {
-        m_textStream.WriteNamespace(descriptor.NamespacePrefix(), uri);
-        Bind(descriptor.NamespacePrefix(), uri);
+        WriteNamespace(data, descriptor.NamespacePrefix(), uri);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "document/ZORVEXWriter.h"
 
+#include "document/UnknownClass.h"
 #include "objectmodel/AttributeStore.h"
 #include "objectmodel/ElementList.h"
 #include "runtime/StoredText.h"
@@ -116,7 +117,7 @@ void ZORVEXWriter::OpenElement(ClassData& data, FieldDescriptor* field, const Na
         m_textStream.WriteStartTag(name.prefix, name.text, false, false);
         if (m_prefixesClash)
         {
-            WriteOwnNamespace(descriptor, name.prefix);
+            WriteOwnNamespace(data, descriptor, name.prefix);
         }
     }
     Frame frame{};
@@ -223,9 +224,17 @@ void ZORVEXWriter::WriteContent(ClassData& data, FieldDescriptor& field, const F
     const std::string_view prefix =
         field.Owner() != nullptr ? PrefixOf(*field.Owner()) : std::string_view();
     m_textStream.WriteStartTag(prefix, field.Utf8XmlName(), false, false);
+    if (m_prefixesClash && field.Owner() != nullptr)
+    {
+        WriteOwnNamespace(data, *field.Owner(), prefix);
+    }
     m_textStream.Write(std::string_view(">"));
     m_textStream.WriteText(std::string_view(m_value));
     m_textStream.WriteEndTag(prefix, field.Utf8XmlName());
+    if (m_prefixesClash)
+    {
+        CloseNamespaces();
+    }
 }
 
 // --- names ---------------------------------------------------------------------------------------
@@ -274,7 +283,7 @@ ZORVEXWriter::Name ZORVEXWriter::NameOf(ClassData& child, FieldDescriptor* field
         fieldClass != nullptr && fieldClass != &descriptor && descriptor.IsSubClass(fieldClass);
     const bool hasXmlName = !field->XmlNameView().empty();
     Name name{PrefixOf(descriptor), {}};
-    if (name.prefix.empty() && hasXmlName && !substitute)
+    if (name.prefix.empty() && hasXmlName && !substitute && !IsUnknownClass(field->Owner()))
     {
         name.prefix = field->Prefix().IsEmpty() ? std::string_view() : KeepText(field->Prefix());
     }

@@ -78,7 +78,10 @@ private:
 
     // --- namespaces (WriterNamespaces.cpp)
     void WriteNamespaces(Object* root);
-    void WriteOwnNamespace(const ClassDescriptorImpl& descriptor, std::string_view prefix);
+    void WriteNamespace(const ClassData& data, const zorvex_api::String& prefix,
+                        const zorvex_api::String& uri);
+    void WriteOwnNamespace(const ClassData& data, const ClassDescriptorImpl& descriptor,
+                           std::string_view prefix);
     void CloseNamespaces();
     const Binding* FindBinding(std::string_view prefix) const;
     void Bind(const zorvex_api::String& prefix, const zorvex_api::String& uri);

@@ -3,8 +3,12 @@
 #include "support/Printers.h"
 #include "support/SessionTest.h"
 #include "zorvex_api/ClassDescriptor.h"
+#include "zorvex_api/LinkNode.h"
 #include "zorvex_api/MemoryStream.h"
 #include "zorvex_api/Object.h"
+#include "zorvex_api/Parser.h"
+#include "zorvex_api/PluginDescriptor.h"
+#include "zorvex_api/PluginProcessData.h"
 #include "zorvex_api/Stream.h"
 #include "zorvex_api/Transf.h"
 #include "zorvex_api/Vector.h"
@@ -86,6 +90,12 @@ TEST_F(ReaderTest, ALegacyNamespaceReadsAsTheMainOneWithAMessage)
                                  "><ProductDef id=\"id1\"></ProductDef></oRB>");
     EXPECT_TRUE(loaded.GetResult().Ok());
     EXPECT_THAT(loaded.Messages(), ElementsAre("MESSAGE 520: Legacy namespace found: " + uri));
+
+    const std::string option = "adapters/ZORVEX/namespaces/old";
+    const auto byOption =
+        LoadText("<old:oRB" + std::string(kAttributes) + "/>", {{option.c_str(), uri.c_str()}});
+    EXPECT_THAT(byOption.Messages(), IsEmpty());
+    EXPECT_EQ("Document", Utf8(byOption.Root()->GetClassName()));
     EXPECT_NE(nullptr, Child(loaded.Root(), u"ProductDef"));
 }
 
@@ -165,6 +175,26 @@ TEST_F(ReaderTest, AnUnknownElementBecomesARunTimeClassWhenThatIsAsked)
     ClassDescriptor::Reset();
 }
 
+TEST_F(ReaderTest, AnUnknownElementIsReadUnderEveryParentAndEveryTime)
+{
+    const std::string text =
+        Root(kMain,
+             "<Nonsense a=\"1\"/><Representation id=\"id1\"><Nonsense id=\"id2\"/>"
+             "</Representation>");
+    for (int i = 0; i < 2; ++i)
+    {
+        const auto loaded = LoadText(text, {{"adapters/ZORVEX/ignore_unknown_elements", "false"}});
+        EXPECT_THAT(loaded.Messages(), IsEmpty());
+        EXPECT_NE(nullptr, loaded.Root()->ResolveId(u"id2"));
+        EXPECT_EQ(2, CountChildren(loaded.Root()));
+    }
+    // A class of the library in the wrong place stays out, whatever the option says.
+    const auto misplaced = LoadText(Root(kMain, "<ProductDef id=\"id1\"><Transform/></ProductDef>"),
+                                    {{"adapters/ZORVEX/ignore_unknown_elements", "false"}});
+    EXPECT_THAT(misplaced.Messages(), ElementsAre("WARNING 520: Unknown element: Transform"));
+    ClassDescriptor::Reset();
+}
+
 TEST_F(ReaderTest, AnElementForAnyChildTakesKnownClassesAlone)
 {
     const std::string text =
@@ -189,6 +219,9 @@ TEST_F(ReaderTest, PrefixesThatNobodyDeclaredAreErrorsInRunTimeClassesToo)
     EXPECT_THAT(attribute.Messages(), Contains("ERROR 520: Invalid XML namespace prefix: \"q\"."));
     EXPECT_EQ("1", Attribute(attribute.Root()->ResolveId(u"id7"), u"q:a"));
     EXPECT_EQ("2", Attribute(attribute.Root()->ResolveId(u"id7"), u"b"));
+    const auto language = LoadText(Root(kMain, "<Other id=\"id7\" xml:lang=\"de\"/>"), all);
+    EXPECT_THAT(language.Messages(), IsEmpty());
+    EXPECT_EQ("de", Attribute(language.Root()->ResolveId(u"id7"), u"xml:lang"));
 
     EXPECT_THAT(LoadText(Root(kMain, "<q:ProductDef/>"), all).Messages(),
                 ElementsAre("ERROR 520: No namespace for element: <q:ProductDef>",
@@ -209,6 +242,13 @@ TEST_F(ReaderTest, AnEmbeddedSchemaLeavesNothingBehind)
     EXPECT_THAT(loaded.Messages(), Contains("ERROR 520: Unknown element: Nonsense"));
     EXPECT_EQ(0, CountChildren(loaded.Root()));
     EXPECT_EQ(classes, ClassDescriptor::NumberOfClassDescriptors());
+
+    // Nor does the next one meet what the first one was held by.
+    const auto again =
+        LoadText("<Schema id=\"id1\"><schema><element name=\"a\"/></schema></Schema>");
+    EXPECT_THAT(again.Messages(), Not(Contains(HasSubstr("No ClassDescriptor"))));
+    EXPECT_EQ(0, CountChildren(again.Root()));
+    ClassDescriptor::Reset();
 }
 
 TEST_F(ReaderTest, AttributesThatTheClassDoesNotHaveAreReported)
@@ -380,6 +420,32 @@ TEST_F(ReaderTest, ACutOffDocumentGivesItsRootAndTheLastId)
     EXPECT_NE(nullptr, loaded.Root()->ResolveId(u"id5"));
 }
 
+TEST_F(ReaderTest, TextBeforeTheLastTagOfACutOffDocumentIsKept)
+{
+    const auto loaded = LoadText("<Odd xmlns=\"urn:odd\">one<Inner>two<Leaf/>three",
+                                 {{"adapters/ZORVEX/ignore_unknown_elements", "false"}});
+    EXPECT_FALSE(loaded.GetResult().Ok());
+    String text;
+    loaded.Root()->GetContent(text);
+    EXPECT_EQ("one", Utf8(text));
+    Child(loaded.Root(), u"Inner")->GetContent(text);
+    EXPECT_EQ("two", Utf8(text));
+    ClassDescriptor::Reset();
+}
+
+TEST_F(ReaderTest, AnElementThatEndsTheParseLeavesNothingOfItself)
+{
+    // The reference stands before the value that is too long: nobody may follow it later.
+    const auto loaded = LoadText(
+        "<ZORVEX><ProductDef id=\"a\"/><Header id=\"b\" traverseRootRefs=\"#a\" "
+        "z=\"0123456789012345678901234567890\"/></ZORVEX>",
+        {{"adapters/ZORVEX/import/max_value", "40"}});
+    EXPECT_THAT(loaded.Messages(),
+                Contains("ERROR 4: Limit exceeded: \"adapters/ZORVEX/import/max_value\" (40)"));
+    EXPECT_EQ(1, CountChildren(loaded.Root()));
+    EXPECT_EQ(nullptr, loaded.Root()->ResolveId(u"b"));
+}
+
 TEST_F(ReaderTest, AStrayControlByteFailsUnlessItIsFiltered)
 {
     const std::string text =
@@ -515,15 +581,120 @@ TEST_F(ReaderTest, AStreamThatBreaksIsNamed)
 TEST_F(ReaderTest, CharactersOfWideTextAreFilteredWhole)
 {
     // U+0120 has the byte 1 in it and stays; U+0001 becomes a blank.
-    std::u16string text =
-        u"\xFEFF<ZORVEX xmlns='http://www.zorvex.org/Schemas/ZORVEXSchema' author='";
-    text += u"\x0120\x0001z'/>";
+    const std::u32string text =
+        U"<ZORVEX xmlns='http://www.zorvex.org/Schemas/ZORVEXSchema' author='\x0120\x0001z'/>";
+    for (const unsigned width : {2u, 4u})
+    {
+        for (const bool highFirst : {false, true})
+        {
+            auto* stream = new MemoryStream;
+            for (const char32_t character :
+                 (width == 2 ? U"\xFEFF" : U"<?xml version='1.0'?>") + text)
+            {
+                for (unsigned i = 0; i < width; ++i)
+                {
+                    const char byte =
+                        static_cast<char>(character >> 8 * (highFirst ? width - 1 - i : i));
+                    stream->Write(&byte, 1, 1, 0);
+                }
+            }
+            stream->Rewind();
+            const auto loaded = LoadStream(stream, {{"adapters/ZORVEX/char_filter", "true"}});
+            EXPECT_THAT(loaded.Messages(), IsEmpty()) << width << highFirst;
+            ASSERT_NE(nullptr, loaded.Root());
+            EXPECT_EQ("\xC4\xA0 z", Attribute(loaded.Root(), u"author"));
+        }
+    }
+}
+
+namespace
+{
+
+/// The parser of an application: each line opens an element with a text, a blank one closes it.
+class LineParser : public Parser
+{
+public:
+    ~LineParser() override { s_descriptor->RemoveInstance(this); }
+    PluginDescriptor* GetPluginDescriptor() override { return s_descriptor; }
+    void Process(PluginProcessData* data) override
+    {
+        void* slot = nullptr;
+        data->Get(8, slot);
+        std::u16string line;
+        for (char byte = 0; static_cast<Stream*>(slot)->Read(&byte, 1, 1, 0) == 1;)
+        {
+            if (byte != '\n')
+            {
+                line += static_cast<char16_t>(byte);
+                continue;
+            }
+            TakeLine(line);
+            line.clear();
+        }
+    }
+
+    static int Initialise(void* argument)
+    {
+        Array<PluginDescriptor*> parsers;
+        PluginDescriptor::GetDescriptors(2, parsers);
+        s_descriptor = static_cast<PluginDescriptor*>(argument);
+        s_descriptor->SetType(2);
+        s_descriptor->SetName("Lines");
+        s_descriptor->SetBase(parsers[0]);
+        s_descriptor->SetInstanceFunction([]() -> void* { return new LineParser; });
+        return 1;
+    }
+
+private:
+    struct List final : UCharList
+    {
+        explicit List(const char16_t* only) : text(only) {}
+        int GetLength() const override { return text != nullptr ? 1 : 0; }
+        const unsigned short* operator[](int) const override
+        {
+            return reinterpret_cast<const unsigned short*>(text);
+        }
+        const char16_t* text;
+    };
+
+    void TakeLine(const std::u16string& line)
+    {
+        if (line.empty())
+        {
+            EndElement(nullptr);
+            return;
+        }
+        const std::size_t blank = line.find(u' ');
+        const std::u16string name = line.substr(0, blank);
+        const std::u16string text = blank != line.npos ? line.substr(blank + 1) : u"";
+        const bool hasId = !text.empty() && text[0] == u'#';
+        StartElement(reinterpret_cast<const unsigned short*>(name.c_str()),
+                     List(hasId ? u"id" : nullptr), List(hasId ? text.c_str() + 1 : nullptr));
+        if (!hasId)
+        {
+            Characters(reinterpret_cast<const unsigned short*>(text.data()), text.size());
+        }
+    }
+
+    static inline PluginDescriptor* s_descriptor = nullptr;
+};
+
+}  // namespace
+
+TEST_F(ReaderTest, AParserOfTheApplicationTakesTheLibrarysPlace)
+{
+    const LinkNode node(&LineParser::Initialise, LinkNode::kPlugin);
     auto* stream = new MemoryStream;
-    stream->Write(text.data(), static_cast<int>(text.size()), 2, 0);
+    // It closes once too often, and leaves its last document open.
+    const std::string lines =
+        "ZORVEX\nProductDef #id1\nDescription some text\n\n\n\n\nZORVEX\nProductDef #id2\n";
+    stream->Write(lines.data(), static_cast<int>(lines.size()), 1, 0);
     stream->Rewind();
-    const auto loaded = LoadStream(stream, {{"adapters/ZORVEX/char_filter", "true"}});
+    const auto loaded = LoadStream(stream);
     EXPECT_THAT(loaded.Messages(), IsEmpty());
-    EXPECT_EQ("\xC4\xA0 z", Attribute(loaded.Root(), u"author"));
+    ASSERT_EQ(2u, loaded.Roots().size());
+    EXPECT_EQ("some text", Utf8(loaded.Roots()[0]->ResolveId(u"id1")->GetObjectDescription()));
+    EXPECT_NE(nullptr, loaded.Roots()[1]->ResolveId(u"id2"));
 }
 
 TEST_F(ReaderTest, ValidationReportsTheFirstViolationAndEnds)

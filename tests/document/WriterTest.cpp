@@ -110,6 +110,10 @@ TEST_F(WriterTest, EmptyAndBlankValuesAreWrittenOnlyWhenTheyCount)
                                  {{"adapters/ZORVEX/empty_attributes", "treat_as_set"}});
     ASSERT_TRUE(loaded.Root()->Save(m_folder.File("e.zorvex"), options.get()).Ok());
     EXPECT_THAT(m_folder.Read("e.zorvex"), HasSubstr("<ProductDef id=\"id1\" name=\"\">"));
+    // An external reference that isn't loaded has no `load`, also then.
+    EXPECT_THAT(Resave("<Representation id='id1' location='a.prt' load='false'/>",
+                       {{"adapters/ZORVEX/empty_attributes", "treat_as_set"}}),
+                HasSubstr("location=\"a.prt\">"));
 }
 
 TEST_F(WriterTest, CharactersThatXmlRefusesAreReplacedAndReportedOnceAKind)
@@ -215,6 +219,27 @@ TEST_F(WriterTest, ElementsBesideTextDoNotMakeItGrow)
     ClassDescriptor::Reset();
 }
 
+TEST_F(WriterTest, UnknownElementsTakeThePrefixThatTheirNamespaceIsDeclaredWith)
+{
+    const Options all = {{"adapters/ZORVEX/ignore_unknown_elements", "false"}};
+    const auto resave = [&](const std::string& text)
+    {
+        const auto loaded = LoadText(text, all);
+        EXPECT_TRUE(loaded.GetResult().Ok()) << testing::PrintToString(loaded.Messages());
+        EXPECT_TRUE(loaded.Root()->Save(m_folder.File("p.zorvex"), nullptr).Ok());
+        return m_folder.Read("p.zorvex");
+    };
+    EXPECT_THAT(resave("<z:ZORVEX xmlns:z=\"http://www.zorvex.org/Schemas/ZORVEXSchema\">"
+                       "<z:Odd/></z:ZORVEX>"),
+                HasSubstr("\n<Odd></Odd></ZORVEX>"));
+    EXPECT_EQ(kProlog + "<c:First xmlns:c=\"urn:c\"\n></c:First>",
+              resave("<c:First xmlns:c=\"urn:c\"/>"));
+    // The session knows the namespace by now.
+    EXPECT_EQ(kProlog + "<c:Second xmlns:c=\"urn:c\"\n>\n<c:Third></c:Third></c:Second>",
+              resave("<d:Second xmlns:d=\"urn:c\"><Third xmlns=\"urn:c\"/></d:Second>"));
+    ClassDescriptor::Reset();
+}
+
 TEST_F(WriterTest, NamespacesWithTheSamePrefixAreDeclaredWhereTheyStand)
 {
     const Options all = {{"adapters/ZORVEX/ignore_unknown_elements", "false"}};
@@ -240,6 +265,20 @@ TEST_F(WriterTest, NamespacesWithTheSamePrefixAreDeclaredWhereTheyStand)
                 HasSubstr("<ProductDef xmlns=\"http://www.zorvex.org/Schemas/ZORVEXSchema\"\n "
                           "id=\"id1\"></ProductDef>\n<In></In>"));
     EXPECT_EQ(plain, resave(plain));
+
+    // The root declares the main namespace alone where both have no prefix.
+    const std::string inside = resave(kRootTag +
+                                      "><Odd xmlns=\"urn:odd\" a=\"1\"><In/></Odd><ProductDef "
+                                      "id=\"id1\"/></ZORVEX>");
+    EXPECT_THAT(inside, HasSubstr("\n<Odd xmlns=\"urn:odd\"\n a=\"1\">\n<In></In></Odd>"));
+    EXPECT_THAT(inside, HasSubstr("\n<ProductDef id=\"id1\">"));
+    EXPECT_EQ(inside, resave(inside));
+
+    // Elements of one name and several namespaces stay apart.
+    const std::string mixed =
+        resave("<R xmlns=\"urn:r\"><a:F xmlns:a=\"urn:a\"/><b:F xmlns:b=\"urn:b\"/><F/></R>");
+    EXPECT_THAT(mixed, HasSubstr("\n<a:F></a:F>\n<b:F></b:F>\n<F></F></R>"));
+    EXPECT_EQ(mixed, resave(mixed));
     ClassDescriptor::Reset();
 }
 
