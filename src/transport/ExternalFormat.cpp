@@ -3,6 +3,7 @@
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ExternalRep.h"
+#include "zorvex_api/Result.h"
 
 namespace zorvex_api
 {
@@ -12,7 +13,6 @@ namespace
 
 constexpr const char16_t* kFormatField = u"format";
 constexpr const char16_t* kUnset = u"unset";
-constexpr const char16_t* kContextField = u"contextRef";
 
 bool IsMainClass(const Object* object, TextView name)
 {
@@ -58,24 +58,34 @@ ExternalRep* LocationOf(Object* representation)
     return stored != nullptr && stored->IsSet() ? stored->External() : nullptr;
 }
 
-/// Whether a reference is itself the context of the LocatorRef that has it.
-bool IsContext(const ExternalRep& reference, const Object* locatorRef)
+/// The field of a LocatorRef that says what it speaks of, and its reference; null without one.
+FieldDescriptor* ContextField(ClassData& locatorRef)
 {
-    ClassData& data = *ClassData::Of(locatorRef);
-    const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(data.GetClassDescriptor());
-    const FieldDescriptor* field =
-        impl != nullptr ? impl->Layout().FindAttribute(kContextField) : nullptr;
-    const FieldData* stored = field != nullptr ? data.FindField(field) : nullptr;
-    return stored != nullptr && stored->IsSet() && stored->External() == &reference;
+    const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(locatorRef.GetClassDescriptor());
+    return impl != nullptr ? impl->Layout().FindAttribute(u"contextRef") : nullptr;
+}
+
+ExternalRep* ContextReference(ClassData& locatorRef)
+{
+    const FieldDescriptor* field = ContextField(locatorRef);
+    const FieldData* stored = field != nullptr ? locatorRef.FindField(field) : nullptr;
+    return stored != nullptr && stored->IsSet() ? stored->External() : nullptr;
 }
 
 /// The representation that a LocatorRef speaks of: what its context leads to, else its owner.
-Object* ContextOf(Object* locatorRef)
+Object* ContextOf(Object* locatorRef, const internal::ContextWay* way)
 {
-    Array<Handle> targets;
-    locatorRef->ResolveAttribute(kContextField, targets);
-    Object* context = targets.GetSize() > 0 ? targets[0].GetObject() : nullptr;
-    return context != nullptr ? context : locatorRef->GetOwner();
+    ClassData& data = *ClassData::Of(locatorRef);
+    ExternalRep* context = ContextReference(data);
+    if (context != nullptr && !context->HasTarget() && way != nullptr)
+    {
+        Result unheard;  // said when the context itself is followed
+        context->Resolve(locatorRef, way->previous, way->options, way->resolver, ContextField(data),
+                         way->load, way->loadAllowed, unheard);
+        context = ContextReference(data);  // a resolver of the application may change the tree
+    }
+    Object* target = context != nullptr ? context->TargetObject() : nullptr;
+    return target != nullptr ? target : locatorRef->GetOwner();
 }
 
 /// The parent's format holds for its parts as long as they agree.
@@ -112,7 +122,7 @@ void WriteFormat(Object* object, const String& format)
 namespace internal
 {
 
-OwnerFormat FormatFromOwner(const ExternalRep& reference, Object* owner)
+OwnerFormat FormatFromOwner(const ExternalRep& reference, Object* owner, const ContextWay* way)
 {
     OwnerFormat found;
     if (owner == nullptr)
@@ -127,9 +137,10 @@ OwnerFormat FormatFromOwner(const ExternalRep& reference, Object* owner)
     {
         found.format = FormatOfCompound(owner);
     }
-    else if ((reference.flags & ExternalRep::kLocatorRef) != 0 && !IsContext(reference, owner))
-    {  // following the context to learn its own format would never end
-        Object* context = ContextOf(owner);
+    else if ((reference.flags & ExternalRep::kLocatorRef) != 0 &&
+             ContextReference(*ClassData::Of(owner)) != &reference)  // it would never end
+    {
+        Object* context = ContextOf(owner, way);
         if (IsRepresentation(context) || IsCompoundRep(context))
         {
             found.format = IsCompoundRep(context) ? FormatOfCompound(context) : FormatOf(context);
@@ -172,7 +183,7 @@ String ExternalRep::GetFormat(Object* ownerObject)
 {
     if (FormatText().empty())
     {
-        const internal::OwnerFormat found = internal::FormatFromOwner(*this, ownerObject);
+        const internal::OwnerFormat found = internal::FormatFromOwner(*this, ownerObject, nullptr);
         if (found.format.IsEmpty() == 0)
         {
             SetFormat(ownerObject, View(found.format), false);

@@ -5,7 +5,10 @@
 namespace zorvex_api
 {
 
+class Adapter;
+class Configuration;
 class Object;
+class URIResolver;
 struct ExternalRep;
 
 namespace internal
@@ -18,8 +21,20 @@ struct OwnerFormat
     ExternalRep* location = nullptr;  // of a representation whose targets the reference can share
 };
 
-/// Works out the format of a reference from its owner, which may be null.
-OwnerFormat FormatFromOwner(const ExternalRep& reference, Object* owner);
+/// How the context of a LocatorRef is followed, should that be needed: as the reference itself is,
+/// so that one resolver sees all documents of a load. Nothing is owned.
+struct ContextWay
+{
+    Adapter* previous;
+    Configuration* options;
+    URIResolver* resolver;
+    int load;
+    bool loadAllowed;
+};
+
+/// Works out the format of a reference from its owner, which may be null. Without a `way` a context
+/// that wasn't followed yet tells nothing.
+OwnerFormat FormatFromOwner(const ExternalRep& reference, Object* owner, const ContextWay* way);
 
 }  // namespace internal
 }  // namespace zorvex_api

@@ -355,7 +355,7 @@ ExternalRep* SharedWith(const Follow& follow, const Pointer& pointer)
     {
         return nullptr;
     }
-    ExternalRep* location = FormatFromOwner(follow.reference, follow.owner).location;
+    ExternalRep* location = FormatFromOwner(follow.reference, follow.owner, nullptr).location;
     return location != &follow.reference ? location : nullptr;
 }
 
@@ -415,7 +415,11 @@ void LoadTarget(Follow& follow, Pointer& pointer)
     {
         return;
     }
-    pointer.EnsureFormat(FormatFromOwner(follow.reference, follow.owner).format);
+    const ReferenceResolver resolver(follow.resolver, follow.options, follow.owner);
+    follow.resolver = resolver.Get();
+    const ContextWay way{follow.previous, follow.options, follow.resolver, follow.load,
+                         follow.loadAllowed};
+    pointer.EnsureFormat(FormatFromOwner(follow.reference, follow.owner, &way).format);
     String locator = pointer.GetLocatorString();
     if (follow.owner != nullptr && IsLocal(pointer))
     {
@@ -433,8 +437,6 @@ void LoadTarget(Follow& follow, Pointer& pointer)
         ReportUnableToLoad(follow, pointer);
         return;
     }
-    const ReferenceResolver resolver(follow.resolver, follow.options, follow.owner);
-    follow.resolver = resolver.Get();
 
     ReferenceQuestion question(follow.resolver, follow.owner, follow.field, follow.options);
     if (!question.MayFollow(pointer, follow.result))

@@ -93,6 +93,33 @@ TEST_F(ReferencesTest, AContextThatLeadsNowhereIsReportedAndEndsThere)
     }
 }
 
+TEST_F(ReferencesTest, DocumentsWhoseContextsLeadToEachOtherAreEachReadOnce)
+{
+    const auto document = [](const std::string& other)
+    {
+        const std::string locator =
+            "<LocatorRef contextRef=\"" + other + "\" locationRef=\"" + other + "#id3\"/>";
+        return WrapDocument(
+            "<ProductDef id=\"id1\"><InstanceGraph id=\"id2\"><ProductRevisionView id=\"id3\">"
+            "<Representation id=\"id4\">" +
+            locator + locator +
+            "</Representation></ProductRevisionView></InstanceGraph></ProductDef>");
+    };
+    m_folder.Write("b.zorvex", document("a.zorvex"));
+    const String a = m_folder.Write("a.zorvex", document("b.zorvex"));
+    for (const char* references : {"on", "off"})
+    {
+        const Loaded loaded = LoadFrom(a, {{"adapters/ZORVEX/references", references}});
+        Array<Object*> locators;
+        Part(loaded, "id4")->GetElementsByClass(u"LocatorRef", locators);
+        Array<Handle> targets;
+        EXPECT_THAT(Messages(locators[1]->ResolveAttribute(u"locationRef", targets)), IsEmpty());
+        ASSERT_EQ(1, targets.GetSize());
+        EXPECT_EQ("id3", Utf8(targets[0].GetObject()->GetId()));
+        EXPECT_LE(Alive(), 3u);
+    }
+}
+
 // --- into other documents
 // ---------------------------------------------------------------------------------
 
