@@ -36,6 +36,11 @@ public:
     Object(const Object&) = delete;
     Object& operator=(const Object&) = delete;
 
+    using Allocator::operator new;
+    using Allocator::operator delete;
+    /// Takes back the memory of an object, whichever way it was obtained.
+    static void operator delete(void* block);
+
     /// The library's own record behind the shell; owned by the object.
     virtual ClassData* GetImplementation() const;
 

@@ -103,8 +103,8 @@ bool ParserImpl::ReadId(ClassData& data, TextView value)
     IdValue id(value);
     if (m_checkDocument && Current() != nullptr && Current() != &data)
     {
-        const IdTable* table = DocumentRoot()->idTable;
-        if (table != nullptr && id.HasValue() && table->Find(id) != nullptr)
+        IdTable* table = DocumentRoot()->idTable;
+        if (table != nullptr && table->Contains(id))
         {
             Fail(513, String(u"Duplicate id: ") + ToString(value));
         }

@@ -23,7 +23,7 @@ namespace
 
 bool IsBlank(std::string_view text)
 {
-    return text.find_first_not_of(' ') == text.npos;
+    return (text.empty() || text.front() == ' ') && text.find_first_not_of(' ') == text.npos;
 }
 
 bool HoldsUris(const FieldDescriptor& field)
@@ -56,7 +56,8 @@ ExternalRep* ReferenceAt(ClassData& data, FieldDescriptor& field, int index)
 
 }  // namespace
 
-void ZORVEXWriter::WriteAttributes(ClassData& data, FieldDescriptor* holdingField)
+void ZORVEXWriter::WriteAttributes(ClassData& data, bool writesId, const WriterShape& shape,
+                                   const Frame& frame, const FieldDescriptor* holdingField)
 {
     if (m_pointers)
     {
@@ -66,70 +67,72 @@ void ZORVEXWriter::WriteAttributes(ClassData& data, FieldDescriptor* holdingFiel
         m_textStream.WritePlainAttribute(
             "objectPtr", std::string_view(address, static_cast<std::size_t>(length)));
     }
-    const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(data.GetClassDescriptor());
     const bool suppressed = holdingField != nullptr && holdingField->SuppressId();
-    if (descriptor.IsIdObject() && !descriptor.IsDocumentBase() && data.id.HasValue() &&
-        !suppressed)
+    if (writesId && data.id.HasValue() && !suppressed)
     {
         m_value.clear();
         data.id.AppendTo(m_value);
-        m_textStream.WriteReferenceAttribute("id", std::string_view(m_value));
-    }
-    for (FieldDescriptor* field : descriptor.Layout().BaseFirst())
-    {
-        if (field->IsAttribute() && field->Type() != zorvexFieldContentElement &&
-            !(field->IsBuiltIn() && field == FieldDescriptor::BuiltIn(FieldDescriptor::kId)))
+        if (data.id.IsNumeric())
         {
-            WriteField(data, *field);
+            m_textStream.WritePlainAttribute("id", m_value);
         }
+        else
+        {
+            m_textStream.WriteReferenceAttribute("id", std::string_view(m_value));
+        }
+    }
+    for (const WriterStep& step : shape.attributes)
+    {
+        WriteField(data, step, RecordOf(frame, step));
     }
 }
 
-void ZORVEXWriter::WriteField(ClassData& data, FieldDescriptor& field)
+void ZORVEXWriter::WriteField(ClassData& data, const WriterStep& step, const FieldData* stored)
 {
-    const FieldData* stored = data.FindField(&field);
     const bool isSet = stored != nullptr && stored->IsSet();
-    if (!isSet && !field.IsRequired())
+    if (!isSet && !step.required)
     {
         return;
     }
-    const bool equalsDefault = ValueOf(data, field, stored);
-    if (IsBlank(m_value))
+    std::string_view value = ValueOf(data, step, isSet ? stored : nullptr);
+    const bool equalsDefault = step.hasDefault && value == step.defaultText;
+    if (IsBlank(value))
     {
-        m_value.clear();
+        value = {};
     }
-    if (!field.IsRequired())
+    if (!step.required)
     {
-        const bool mayBeEmpty = m_treatEmptyAsSet && !IsLoadFlag(field);
-        const bool wanted = m_value.empty() ? mayBeEmpty && isSet : !equalsDefault;
+        const bool mayBeEmpty = m_treatEmptyAsSet && !IsLoadFlag(*step.field);
+        const bool wanted = value.empty() ? mayBeEmpty && isSet : !equalsDefault;
         if (!wanted)
         {
             return;
         }
     }
-    const bool lowerFirst = field.Owner() != nullptr && !field.Owner()->HasSchemaFile();
-    const bool mayBreak =
-        field.Type() == zorvexFieldMultipleReference || field.Type() == zorvexFieldMultipleURI;
-    if (mayBreak)
+    if (step.plain && isSet)
     {
-        m_textStream.SetWrap(1);
+        m_textStream.WritePlainAttribute(step.name, value, step.lowerFirst);
+        return;
     }
-    m_textStream.WriteAttribute(field.Utf8XmlName(), std::string_view(m_value), lowerFirst);
-    if (mayBreak)
-    {
-        m_textStream.SetWrap(0);
-    }
+    m_textStream.SetWrap(step.mayBreak);
+    m_textStream.WriteAttribute(step.name, value, step.lowerFirst);
+    m_textStream.SetWrap(false);
 }
 
-/// Brings the field's text into m_value; true when it equals the field's default.
-bool ZORVEXWriter::ValueOf(ClassData& data, FieldDescriptor& field, const FieldData* stored)
+/// The field's text, or its default without a record. Good until the next value.
+std::string_view ZORVEXWriter::ValueOf(ClassData& data, const WriterStep& step,
+                                       const FieldData* stored)
 {
-    m_value.clear();
-    if (stored == nullptr || !stored->IsSet())
+    if (stored == nullptr)
     {
-        m_value = ToUtf8(field.DefaultView());
-        return field.HasDefault();
+        return step.defaultText;
     }
+    FieldDescriptor& field = *step.field;
+    if (FieldData::FormOf(*stored->descriptor) == FieldData::Form::Text && stored::IsUtf8())
+    {
+        return stored::Utf8(stored->Text());
+    }
+    m_value.clear();
     if (HoldsUris(field))
     {
         AppendUris(data, field, *stored);
@@ -138,7 +141,7 @@ bool ZORVEXWriter::ValueOf(ClassData& data, FieldDescriptor& field, const FieldD
     {
         attribute_store::AppendUtf8(data, field, *stored, m_value);
     }
-    return field.HasDefault() && ToUtf8(field.DefaultView()) == m_value;
+    return m_value;
 }
 
 void ZORVEXWriter::AppendUris(ClassData& data, FieldDescriptor& field, const FieldData& stored)
@@ -179,7 +182,7 @@ void ZORVEXWriter::AppendUri(ClassData& data, FieldDescriptor& field, int index)
     {
         m_hasExternalReference = true;
         ClassData* target = ClassData::Of(rep->TargetObject());
-        if (target != nullptr && target->id.HasValue() && target->Root() == data.Root())
+        if (target != nullptr && target->id.HasValue() && target->Root() == m_treeRoot)
         {
             m_value += '#';
             target->id.AppendTo(m_value);
@@ -215,6 +218,7 @@ void ZORVEXWriter::AppendForeignUri(ClassData& data, FieldDescriptor& field, int
         std::move(m_value);  // a nested save uses a writer of its own, not this text
     if (!m_xmlOnly)
     {
+        ++m_disturbances;
         ReferenceAt(data, field, index)
             ->Save(data.object, m_adapter, m_referenceMode, m_options, &field, m_result);
     }

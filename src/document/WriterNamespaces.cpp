@@ -30,6 +30,10 @@ public:
         {
             ClassData& data = *open.back();
             open.pop_back();
+            if (!open.empty())
+            {
+                __builtin_prefetch(open.back());
+            }
             Enter(data);
             for (FieldData* field = data.fields; field != nullptr; field = field->next)
             {
@@ -50,10 +54,11 @@ private:
     void Enter(ClassData& data)
     {
         const ClassDescriptorImpl* descriptor = ClassDescriptorImpl::Of(data.GetClassDescriptor());
-        if (m_classes.insert(descriptor).second)
+        if (descriptor != m_lastClass && m_classes.insert(descriptor).second)
         {
             m_uris.emplace(View(descriptor->NamespaceUri()));
         }
+        m_lastClass = descriptor;
         for (FieldData* field = data.fields; field != nullptr; field = field->next)
         {
             const FieldDescriptor& known = *field->descriptor;
@@ -87,6 +92,7 @@ private:
     }
 
     std::unordered_set<const ClassDescriptorImpl*> m_classes;
+    const ClassDescriptorImpl* m_lastClass = nullptr;
     std::unordered_set<std::u16string> m_uris;
 };
 

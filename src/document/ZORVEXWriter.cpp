@@ -60,8 +60,9 @@ ZORVEXWriter::~ZORVEXWriter() = default;
 void ZORVEXWriter::Write(Object* root, Result& result)
 {
     ClassData& data = *ClassData::Of(root);
+    m_treeRoot = data.Root();
     const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(data.GetClassDescriptor());
-    const Name name = NameOfRoot(descriptor);
+    const WriterName name = NameOfRoot(descriptor);
     m_textStream.WriteStartTag(name.prefix, name.text, true, false);
     if (m_writesNamespaces)
     {
@@ -107,8 +108,24 @@ void ZORVEXWriter::WriteTree()
     }
 }
 
+WriterClass& ZORVEXWriter::ClassOf(const ClassDescriptorImpl& descriptor)
+{
+    if (m_lastClass != nullptr && &m_lastClass->Descriptor() == &descriptor &&
+        m_lastClass->IsCurrent())
+    {
+        return *m_lastClass;
+    }
+    std::unique_ptr<WriterClass>& kept = m_classes[&descriptor];
+    if (kept == nullptr || !kept->IsCurrent())
+    {
+        kept = std::make_unique<WriterClass>(descriptor);
+    }
+    m_lastClass = kept.get();
+    return *kept;
+}
+
 /// The start tag up to its ">"; the root's has been begun already.
-void ZORVEXWriter::OpenElement(ClassData& data, FieldDescriptor* field, const Name& name,
+void ZORVEXWriter::OpenElement(ClassData& data, FieldDescriptor* field, const WriterName& name,
                                bool isRoot)
 {
     const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(data.GetClassDescriptor());
@@ -120,24 +137,28 @@ void ZORVEXWriter::OpenElement(ClassData& data, FieldDescriptor* field, const Na
             WriteOwnNamespace(data, descriptor, name.prefix);
         }
     }
-    Frame frame{};
-    frame.data = &data;
-    frame.layout = &descriptor.Layout();
-    frame.child = -1;
-    frame.prefix = name.prefix;
-    frame.name = name.text;
-    if (descriptor.IsDocumentBase())
+    WriterClass& known = ClassOf(descriptor);
+    Frame frame{&data, nullptr, 0, m_records.size(), 0, m_disturbances, name};
+    const std::shared_ptr<WriterShape>& shape = known.ShapeOf(data, m_records);
+    if (shape->contents.empty())
     {
-        frame.header = frame.layout->FindElement(u"Header");
+        WriteAttributes(data, known.WritesId(), *shape, frame, field);
+        m_records.resize(frame.records);
     }
-    WriteAttributes(data, field);
+    else
+    {
+        frame.shape = shape;
+        WriteAttributes(data, known.WritesId(), *shape, frame, field);
+    }
     m_textStream.Write(std::string_view(">"));
-    m_frames.push_back(frame);
+    m_frames.push_back(std::move(frame));
 }
 
 void ZORVEXWriter::CloseElement()
 {
-    m_textStream.WriteEndTag(m_frames.back().prefix, m_frames.back().name);
+    const Frame& frame = m_frames.back();
+    m_textStream.WriteEndTag(frame.name.prefix, frame.name.text);
+    m_records.resize(frame.records);
     m_frames.pop_back();
     if (m_prefixesClash)
     {
@@ -145,71 +166,66 @@ void ZORVEXWriter::CloseElement()
     }
 }
 
+/// The record of a step's field; null when the object has none.
+const FieldData* ZORVEXWriter::RecordOf(const Frame& frame, const WriterStep& step) const
+{
+    if (step.record < 0)
+    {
+        return nullptr;
+    }
+    return frame.disturbances == m_disturbances
+               ? m_records[frame.records + static_cast<std::size_t>(step.record)]
+               : frame.data->FindField(step.field);
+}
+
 /// Takes one step in the innermost open element; false when it has nothing more.
 bool ZORVEXWriter::WriteNextContent()
 {
-    const std::size_t depth = m_frames.size();
-    if (m_frames.back().header != nullptr && !m_frames.back().headerDone)
+    Frame& frame = m_frames.back();
+    while (frame.shape != nullptr && frame.step < frame.shape->contents.size())
     {
-        if (WriteNextChild(m_frames.back(), *m_frames.back().header))
+        WriterStep& step = frame.shape->contents[frame.step];
+        const FieldData* stored = RecordOf(frame, step);
+        const bool isSet = stored != nullptr && stored->IsSet();
+        if (isSet && step.field->IsElement() && WriteNextChild(frame, step, *stored))
         {
             return true;
         }
-        m_frames.back().headerDone = true;
-        m_frames.back().child = -1;
-    }
-    const zorvex_api::FieldRange fields = m_frames.back().layout->BaseFirst();
-    while (m_frames[depth - 1].field < fields.size())
-    {
-        Frame& frame = m_frames[depth - 1];
-        FieldDescriptor& field = *fields[frame.field];
-        if (field.IsElement() && &field != frame.header && WriteNextChild(frame, field))
+        if (isSet && !step.field->IsElement())
         {
-            return true;
+            WriteContent(*frame.data, step, *stored);
         }
-        if (field.IsContent() || field.Type() == zorvexFieldContentElement)
-        {
-            const FieldData* stored = frame.data->FindField(&field);
-            if (stored != nullptr && stored->IsSet())
-            {
-                WriteContent(*frame.data, field, *stored);
-            }
-        }
-        frame.child = -1;
-        ++frame.field;
+        frame.child = 0;
+        ++frame.step;
     }
     return false;
 }
 
-/// Opens the next child of an element field; false after the last.
-bool ZORVEXWriter::WriteNextChild(Frame& frame, FieldDescriptor& field)
+/// Opens the next child of an element field; false after the last. The frame moves.
+bool ZORVEXWriter::WriteNextChild(Frame& frame, WriterStep& step, const FieldData& stored)
 {
-    const FieldData* stored = frame.data->FindField(&field);
-    if (stored == nullptr || !stored->IsSet())
-    {
-        return false;
-    }
-    const int index = ++frame.child;
+    const int index = frame.child++;
     Object* child = nullptr;
-    if (field.Type() == zorvexFieldSingleElement)
+    if (step.field->Type() == zorvexFieldSingleElement)
     {
-        child = index == 0 ? stored->Element() : nullptr;
+        child = index == 0 ? stored.Element() : nullptr;
     }
-    else if (index < stored->Elements()->Count())
+    else if (index < stored.Elements()->Count())
     {
-        child = stored->Elements()->At(index);
+        child = stored.Elements()->At(index);
     }
     if (child == nullptr)
     {
         return false;
     }
     ClassData& data = *ClassData::Of(child);
-    OpenElement(data, &field, NameOf(data, &field), false);
+    OpenElement(data, step.field, NameOfChild(data, step), false);
     return true;
 }
 
-void ZORVEXWriter::WriteContent(ClassData& data, FieldDescriptor& field, const FieldData& stored)
+void ZORVEXWriter::WriteContent(ClassData& data, const WriterStep& step, const FieldData& stored)
 {
+    FieldDescriptor& field = *step.field;
     m_value.clear();
     attribute_store::AppendUtf8(data, field, stored, m_value);
     if (m_value.empty())
@@ -218,23 +234,33 @@ void ZORVEXWriter::WriteContent(ClassData& data, FieldDescriptor& field, const F
     }
     if (field.IsContent())
     {
-        m_textStream.WriteText(std::string_view(m_value));
+        WriteValueText(step);
         return;
     }
     const std::string_view prefix =
         field.Owner() != nullptr ? PrefixOf(*field.Owner()) : std::string_view();
-    m_textStream.WriteStartTag(prefix, field.Utf8XmlName(), false, false);
+    m_textStream.WriteStartTag(prefix, step.name, false, false);
     if (m_prefixesClash && field.Owner() != nullptr)
     {
         WriteOwnNamespace(data, *field.Owner(), prefix);
     }
     m_textStream.Write(std::string_view(">"));
-    m_textStream.WriteText(std::string_view(m_value));
-    m_textStream.WriteEndTag(prefix, field.Utf8XmlName());
+    WriteValueText(step);
+    m_textStream.WriteEndTag(prefix, step.name);
     if (m_prefixesClash)
     {
         CloseNamespaces();
     }
+}
+
+void ZORVEXWriter::WriteValueText(const WriterStep& step)
+{
+    if (step.plain)
+    {
+        m_textStream.WritePlainText(m_value);
+        return;
+    }
+    m_textStream.WriteText(std::string_view(m_value));
 }
 
 // --- names ---------------------------------------------------------------------------------------
@@ -260,7 +286,7 @@ std::string_view ZORVEXWriter::PrefixOf(const ClassDescriptorImpl& descriptor)
     return m_prefixes.emplace(&descriptor, ToUtf8(descriptor.NamespacePrefix())).first->second;
 }
 
-ZORVEXWriter::Name ZORVEXWriter::NameOfRoot(const ClassDescriptorImpl& descriptor)
+WriterName ZORVEXWriter::NameOfRoot(const ClassDescriptorImpl& descriptor)
 {
     std::string_view name = descriptor.Utf8OutputName();
     if (descriptor.InMainNamespace() && name == "Document")
@@ -274,15 +300,27 @@ ZORVEXWriter::Name ZORVEXWriter::NameOfRoot(const ClassDescriptorImpl& descripto
     return {PrefixOf(descriptor), name};
 }
 
+WriterName ZORVEXWriter::NameOfChild(ClassData& child, WriterStep& step)
+{
+    const ClassDescriptorImpl* descriptor = ClassDescriptorImpl::Of(child.GetClassDescriptor());
+    if (descriptor != step.childClass || child.elementName != step.childElementName)
+    {
+        step.childName = NameOf(child, step.field);
+        step.childClass = descriptor;
+        step.childElementName = child.elementName;
+    }
+    return step.childName;
+}
+
 /// The name under which the reader found the child, or what follows from its field and class.
-ZORVEXWriter::Name ZORVEXWriter::NameOf(ClassData& child, FieldDescriptor* field)
+WriterName ZORVEXWriter::NameOf(ClassData& child, FieldDescriptor* field)
 {
     const ClassDescriptorImpl& descriptor = *ClassDescriptorImpl::Of(child.GetClassDescriptor());
     const ClassDescriptorImpl* fieldClass = ClassDescriptorImpl::Of(field->Class());
     const bool substitute =
         fieldClass != nullptr && fieldClass != &descriptor && descriptor.IsSubClass(fieldClass);
     const bool hasXmlName = !field->XmlNameView().empty();
-    Name name{PrefixOf(descriptor), {}};
+    WriterName name{PrefixOf(descriptor), {}};
     if (name.prefix.empty() && hasXmlName && !substitute && !IsUnknownClass(field->Owner()))
     {
         name.prefix = field->Prefix().IsEmpty() ? std::string_view() : KeepText(field->Prefix());

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "document/WriterShape.h"
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "transport/TextStream.h"
@@ -54,18 +55,12 @@ private:
     struct Frame
     {
         ClassData* data;
-        const zorvex_api::ClassLayout* layout;
-        FieldDescriptor* header;  // written ahead of the others; null when there is none
-        std::size_t field;        // next position in the layout's order
-        int child;                // next child of the field in hand; -1: ask for the next field
-        bool headerDone;
-        std::string_view prefix;
-        std::string_view name;
-    };
-    struct Name
-    {
-        std::string_view prefix;
-        std::string_view text;
+        std::shared_ptr<WriterShape> shape;  // null: the element has no content
+        std::size_t step;                    // of the shape's contents
+        std::size_t records;                 // where the object's fields begin in m_records
+        int child;                           // next child of the field in hand
+        unsigned disturbances;               // when the fields were looked up
+        WriterName name;
     };
 
     /// A prefix that stands for a namespace from an open element on.
@@ -88,20 +83,25 @@ private:
 
     // --- elements
     void WriteTree();
-    void OpenElement(ClassData& data, FieldDescriptor* field, const Name& name, bool compact);
+    void OpenElement(ClassData& data, FieldDescriptor* field, const WriterName& name, bool isRoot);
     void CloseElement();
     bool WriteNextContent();
-    bool WriteNextChild(Frame& frame, FieldDescriptor& field);
-    void WriteContent(ClassData& data, FieldDescriptor& field, const FieldData& stored);
-    Name NameOfRoot(const ClassDescriptorImpl& descriptor);
-    Name NameOf(ClassData& child, FieldDescriptor* field);
+    bool WriteNextChild(Frame& frame, WriterStep& step, const FieldData& stored);
+    void WriteContent(ClassData& data, const WriterStep& step, const FieldData& stored);
+    void WriteValueText(const WriterStep& step);
+    WriterClass& ClassOf(const ClassDescriptorImpl& descriptor);
+    const FieldData* RecordOf(const Frame& frame, const WriterStep& step) const;
+    WriterName NameOfRoot(const ClassDescriptorImpl& descriptor);
+    WriterName NameOfChild(ClassData& child, WriterStep& step);
+    WriterName NameOf(ClassData& child, FieldDescriptor* field);
     std::string_view PrefixOf(const ClassDescriptorImpl& descriptor);
     std::string_view KeepText(const zorvex_api::String& text);
 
     // --- attributes (WriterAttributes.cpp)
-    void WriteAttributes(ClassData& data, FieldDescriptor* holdingField);
-    void WriteField(ClassData& data, FieldDescriptor& field);
-    bool ValueOf(ClassData& data, FieldDescriptor& field, const FieldData* stored);
+    void WriteAttributes(ClassData& data, bool writesId, const WriterShape& shape,
+                         const Frame& frame, const FieldDescriptor* holdingField);
+    void WriteField(ClassData& data, const WriterStep& step, const FieldData* stored);
+    std::string_view ValueOf(ClassData& data, const WriterStep& step, const FieldData* stored);
     void AppendUris(ClassData& data, FieldDescriptor& field, const FieldData& stored);
     void AppendUri(ClassData& data, FieldDescriptor& field, int index);
     void AppendForeignUri(ClassData& data, FieldDescriptor& field, int index);
@@ -121,7 +121,13 @@ private:
     int m_referenceMode = 2;
     std::string m_value;    // the value in hand, UTF-8
     std::u16string m_wide;  // scratch
+    const ClassData* m_treeRoot = nullptr;  // of the tree that is written
     std::vector<Frame> m_frames;
+    std::vector<FieldData*> m_records;  // the fields of the open elements
+    // Raised whenever the application could have changed the tree: fields are looked up anew then.
+    unsigned m_disturbances = 0;
+    std::unordered_map<const ClassDescriptorImpl*, std::unique_ptr<WriterClass>> m_classes;
+    WriterClass* m_lastClass = nullptr;
     std::vector<Binding> m_bindings;  // outermost first
     bool m_prefixesClash = false;     // two namespaces of the tree have the same prefix
     std::unordered_map<const ClassDescriptorImpl*, std::string> m_prefixes;

@@ -8,6 +8,7 @@
 #include "objectmodel/DocumentMap.h"
 #include "objectmodel/FieldDataIndex.h"
 #include "objectmodel/FieldDescriptor.h"
+#include "objectmodel/ObjectBlock.h"
 #include "runtime/FreeList.h"
 #include "runtime/JavaHooks.h"
 #include "runtime/LocalTime.h"
@@ -71,7 +72,11 @@ void DestroyFieldIndex(ClassData&, void* index)
 
 ClassData* ClassData::Make(Object* shell)
 {
-    ClassData* data = new (FreeList<sizeof(ClassData)>::Take()) ClassData();
+    void* place = internal::ObjectBlock::TakeRecordPlace(shell);
+    const std::uint32_t flags = place != nullptr ? kInBlock : 0;
+    ClassData* data =
+        new (place != nullptr ? place : FreeList<sizeof(ClassData)>::Take()) ClassData();
+    data->stateFlags = flags;
     data->object = shell;
     data->id.SetNone();
     if (PagingHooks::IsActive())
@@ -105,7 +110,12 @@ void ClassData::SetDescriptor(ClassDescriptor* newDescriptor)
 
 void ClassData::SetClassValue(short newClassValue)
 {
-    SetDescriptor(nullptr);
+    if ((stateFlags & kLazyClass) == 0 && descriptor != nullptr)
+    {
+        SetDescriptor(nullptr);
+    }
+    descriptor = nullptr;
+    stateFlags &= ~kLazyClass;
     if (newClassValue != 0)
     {
         classValue = newClassValue;

@@ -70,6 +70,7 @@ public:
     static constexpr std::uint32_t kPulledInRoot = 0x80000;  // never handed to the application
     static constexpr std::uint32_t kIsConfiguration = 0x100000;
     static constexpr std::uint32_t kFieldsIndexed = 0x200000;  // has a kFieldIndex
+    static constexpr std::uint32_t kInBlock = 0x400000;  // one block with the shell: ObjectBlock.h
 
     /// Makes the record of a new shell; the memory comes from a free list.
     static ClassData* Make(Object* shell);

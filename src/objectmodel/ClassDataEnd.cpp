@@ -8,6 +8,7 @@
 #include "objectmodel/ElementList.h"
 #include "objectmodel/EndOfObject.h"
 #include "objectmodel/IdTable.h"
+#include "objectmodel/ObjectBlock.h"
 #include "runtime/FreeList.h"
 
 namespace zorvex_api
@@ -118,8 +119,14 @@ void DeleteUnheldRoot(Object* root) noexcept
 
 void ClassData::Destroy(ClassData* data)
 {
+    const Object* const shell = data->object;
+    const bool inBlock = (data->stateFlags & kInBlock) != 0;
     DestroyRecord(data);
     DeleteWaitingRoots();
+    if (inBlock)
+    {
+        internal::ObjectBlock::NoteEnd(shell);
+    }
 }
 
 void ClassData::DestroyRecord(ClassData* data)
@@ -143,8 +150,12 @@ void ClassData::DestroyRecord(ClassData* data)
     }
     data->FreeExtensions();
     data->SetDescriptor(nullptr);
+    const bool inBlock = (data->stateFlags & kInBlock) != 0;
     data->~ClassData();
-    FreeList<sizeof(ClassData)>::Give(data);
+    if (!inBlock)
+    {
+        FreeList<sizeof(ClassData)>::Give(data);
+    }
 }
 
 void ClassData::FreeFields(unsigned options)

@@ -7,6 +7,7 @@
 #include "objectmodel/ExternalRep.h"
 #include "objectmodel/FieldDescriptor.h"
 #include "objectmodel/Id.h"
+#include "runtime/FreeList.h"
 #include "runtime/NumberText.h"
 #include "zorvex_api/Allocator.h"
 
@@ -53,9 +54,15 @@ template <class T>
 T* MakeNumbers(int length)
 {
     const std::size_t bytes = static_cast<std::size_t>(length) * sizeof(T);
-    T* numbers = static_cast<T*>(Allocator::allocate(bytes));
+    T* numbers = static_cast<T*>(SmallBlocks::Take(bytes));
     Allocator::set(numbers, 0, bytes);
     return numbers;
+}
+
+template <class T>
+void FreeNumbers(T* numbers, int length)
+{
+    SmallBlocks::Give(numbers, static_cast<std::size_t>(length) * sizeof(T));
 }
 
 double* MakeDoubles(const FieldDescriptor& field)
@@ -392,8 +399,10 @@ void FieldData::DeleteValue(ClassData&, unsigned options)
         case Form::Double:
             break;
         case Form::Ints:
+            FreeNumbers(old.Ints(), descriptor->Length());
+            break;
         case Form::Doubles:
-            Allocator::deallocate(old.Ints());
+            FreeNumbers(old.Doubles(), NumberCount(*descriptor));
             break;
         case Form::IntArray:
             delete old.IntArray();

@@ -144,6 +144,7 @@ void IdTable::FreeSlots()
         }
     }
     Allocator::deallocate(m_slots);
+    ForgetMiss();
     m_slots = nullptr;
     m_keys = nullptr;
     m_capacity = m_count = m_used = m_live = 0;
@@ -200,8 +201,10 @@ void IdTable::Insert(ClassData* data)
         Rebuild(full ? std::max(kSmallest, 2 * m_capacity) : m_capacity);
     }
     const std::uint32_t key = data->id.Hash();
-    std::size_t place = 0;
-    Slot* equal = Search(data->id, key, &place);
+    std::size_t place = m_missPlace;
+    const bool isNew = place != kNoPlace && key == m_missNumber && data->id.IsNumeric();
+    Slot* equal = isNew ? nullptr : Search(data->id, key, &place);
+    ForgetMiss();
     if (equal == nullptr)
     {
         m_used += m_slots[place] == kFree ? 1 : 0;
@@ -226,6 +229,7 @@ void IdTable::Insert(ClassData* data)
 
 void IdTable::Remove(ClassData* data) noexcept
 {
+    ForgetMiss();
     Slot* slot = Search(data->id, data->id.Hash(), nullptr);
     if (slot == nullptr)
     {
@@ -280,8 +284,28 @@ ClassData* IdTable::Find(const IdValue& id) const
     return slot != nullptr ? First(*slot) : nullptr;
 }
 
+bool IdTable::Contains(const IdValue& id)
+{
+    if (!id.HasValue() || m_count == 0)
+    {
+        return false;
+    }
+    std::size_t place = kNoPlace;
+    if (Search(id, id.Hash(), &place) != nullptr)
+    {
+        return true;
+    }
+    if (id.IsNumeric())
+    {
+        m_missPlace = place;
+        m_missNumber = id.Hash();
+    }
+    return false;
+}
+
 void IdTable::Rebuild(std::size_t capacity)
 {
+    ForgetMiss();
     const std::size_t bytes = capacity * (sizeof(Slot) + sizeof(std::uint32_t));
     Slot* slots = static_cast<Slot*>(Allocator::allocate(bytes));
     std::fill_n(slots, capacity, kFree);
@@ -323,6 +347,7 @@ void IdTable::Reserve(std::size_t count)
 void IdTable::Absorb(IdTable& other)
 {
     RaiseHighestNumber(other.m_highest);
+    ForgetMiss();
     if (m_count == 0)
     {
         std::swap(m_slots, other.m_slots);

@@ -31,6 +31,8 @@ public:
     void Remove(ClassData* data) noexcept;
     /// The first object entered with this id, or null.
     ClassData* Find(const IdValue& id) const;
+    /// Whether an object has this id. When none has, entering one with it next costs no search.
+    bool Contains(const IdValue& id);
     /// Takes over all entries of `other`, which is left empty.
     void Absorb(IdTable& other);
     /// Makes room for `count` entries in all.
@@ -55,6 +57,7 @@ private:
     struct Duplicates;
 
     static constexpr Slot kFree = 0;
+    static constexpr std::size_t kNoPlace = ~std::size_t{0};
     static constexpr Slot kTombstone = ~Slot{0};
 
     static bool IsLive(Slot slot) { return slot != kFree && slot != kTombstone; }
@@ -64,6 +67,7 @@ private:
     std::size_t Home(std::uint32_t key) const;
     /// The slot of an equal id, else null. `reusable` gets where a new entry goes.
     Slot* Search(const IdValue& id, std::uint32_t key, std::size_t* reusable) const;
+    void ForgetMiss() { m_missPlace = kNoPlace; }
     void Vacate(std::size_t index) noexcept;
     void Rebuild(std::size_t capacity);
     void FreeSlots();
@@ -77,6 +81,9 @@ private:
     std::size_t m_used = 0;           // slots that aren't free
     std::size_t m_live = 0;           // slots with objects
     std::uint32_t m_highest = 0;
+    // Where the number that Contains has just not found would stand.
+    std::size_t m_missPlace = kNoPlace;
+    std::uint32_t m_missNumber = 0;
 };
 
 }  // namespace zorvex_api

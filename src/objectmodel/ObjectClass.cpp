@@ -1,6 +1,7 @@
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ClassRegistry.h"
+#include "objectmodel/ObjectBlock.h"
 #include "objectmodel/ObjectPin.h"
 #include "zorvex_api/Object.h"
 
@@ -45,6 +46,14 @@ Object::~Object()
         PagingHooks::Pin(this);  // stays in memory to its end
     }
     ClassData::Destroy(m_data);
+}
+
+void Object::operator delete(void* block)
+{
+    if (!internal::ObjectBlock::GiveBack(block))
+    {
+        Allocator::deallocate(block);
+    }
 }
 
 ClassData* Object::GetImplementation() const

@@ -231,12 +231,12 @@ void Append(Kind kind, const double* matrix, std::string& out)
     for (int i = 0; i < places.count; ++i)
     {
         char text[number::kMaxText];
-        number::FormatDouble16g(matrix[places.begin[i]], text);
+        const size_t length = number::FormatDouble16g(matrix[places.begin[i]], text);
         if (i > 0)
         {
             out += ' ';
         }
-        out += text;
+        out.append(text, length);
     }
 }
 

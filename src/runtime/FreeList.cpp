@@ -94,7 +94,8 @@ private:
     static inline thread_local bool s_ended = false;
 };
 
-/// Adds a chunk of growing size to the free blocks.
+/// Adds a chunk of growing size. Its blocks are a row until they are used, so that memory is
+/// touched only when it is needed. There must be no row left.
 void BlockPool::Grow()
 {
     size_t bytes = m_total * m_blockSize;  // as much again as there is
@@ -105,12 +106,8 @@ void BlockPool::Grow()
 
     auto* const memory = static_cast<char*>(Allocator::allocate(bytes));
     m_chunks = ::new (memory) Chunk{m_chunks, bytes};
-    for (size_t i = count; i-- > 0;)  // so that blocks are taken in the order of addresses
-    {
-        void* const block = memory + kChunkHeader + i * m_blockSize;
-        NextOf(block) = m_free;
-        m_free = block;
-    }
+    m_fresh = memory + kChunkHeader;
+    m_freshEnd = m_fresh + count * m_blockSize;
     m_freeCount += count;
     m_total += count;
     g_totalBytes += bytes;
@@ -130,10 +127,12 @@ void* BlockPool::Refill(Local& local)
         ThreadBlocks::OfThread().Know(*this, local);
     }
     const std::lock_guard<std::mutex> lock(g_lock);
-    if (m_free == nullptr)
-    {
-        Grow();
-    }
+    return m_free != nullptr ? TakeListed(local, keep) : TakeFresh(local, keep);
+}
+
+/// One block of the list, and with `keep` a batch more for the thread.
+void* BlockPool::TakeListed(Local& local, bool keep)
+{
     void* const block = m_free;
     m_free = NextOf(block);
     --m_freeCount;
@@ -141,7 +140,7 @@ void* BlockPool::Refill(Local& local)
     {
         return block;
     }
-    // A batch for this thread: cut the list behind its last block.
+    // Cut the list behind the last block of the batch.
     local.head = m_free;
     void* last = m_free;
     int count = 1;
@@ -154,6 +153,27 @@ void* BlockPool::Refill(Local& local)
     NextOf(last) = nullptr;
     local.count = count;
     m_freeCount -= static_cast<size_t>(count);
+    return block;
+}
+
+/// One block of the row, and with `keep` a piece of the row for the thread.
+void* BlockPool::TakeFresh(Local& local, bool keep)
+{
+    if (m_fresh == m_freshEnd)
+    {
+        Grow();
+    }
+    char* const block = m_fresh;
+    size_t count = 1;
+    if (keep)
+    {
+        const size_t left = static_cast<size_t>(m_freshEnd - m_fresh) / m_blockSize;
+        count = left < kBatch ? left : kBatch;
+        local.fresh = block + m_blockSize;
+        local.freshEnd = block + count * m_blockSize;
+    }
+    m_fresh += count * m_blockSize;
+    m_freeCount -= count;
     return block;
 }
 
@@ -199,6 +219,21 @@ void BlockPool::ReturnAll(Local& local)
         ++m_freeCount;
     }
     local.count = 0;
+    ListFresh(local.fresh, local.freshEnd);
+    local.fresh = local.freshEnd = nullptr;
+}
+
+/// Puts a thread's piece of a row on the list, so that it is taken in the order of addresses.
+void BlockPool::ListFresh(char* begin, const char* end)
+{
+    const size_t count = static_cast<size_t>(end - begin) / m_blockSize;
+    for (size_t i = count; i-- > 0;)
+    {
+        void* const block = begin + i * m_blockSize;
+        NextOf(block) = m_free;
+        m_free = block;
+    }
+    m_freeCount += count;
 }
 
 void BlockPool::ReleaseIfUnused()
@@ -215,6 +250,7 @@ void BlockPool::ReleaseIfUnused()
         Allocator::deallocate(chunk);
     }
     m_free = nullptr;
+    m_fresh = m_freshEnd = nullptr;
     m_freeCount = 0;
     m_total = 0;
 }
@@ -248,4 +284,14 @@ void ForwardedGive(void* block)
 }
 
 }  // namespace internal
+
+constinit internal::BlockPool SmallBlocks::s_pools[kClasses] = {
+    internal::BlockPool(8),   internal::BlockPool(16),  internal::BlockPool(24),
+    internal::BlockPool(32),  internal::BlockPool(40),  internal::BlockPool(48),
+    internal::BlockPool(56),  internal::BlockPool(64),  internal::BlockPool(72),
+    internal::BlockPool(80),  internal::BlockPool(88),  internal::BlockPool(96),
+    internal::BlockPool(104), internal::BlockPool(112), internal::BlockPool(120),
+    internal::BlockPool(128)};
+thread_local constinit internal::BlockPool::Local SmallBlocks::t_locals[kClasses] = {};
+
 }  // namespace zorvex_api

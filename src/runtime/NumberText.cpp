@@ -1,6 +1,9 @@
 #include "runtime/NumberText.h"
 
 #include <locale.h>
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <charconv>
 #include <climits>
 #include <cmath>
@@ -170,6 +173,54 @@ double Convert(const char* begin, size_t length, bool plain)
     return ByCLibrary(begin);
 }
 
+constexpr double kPowersOfTen[] = {
+    1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+};
+
+/// The numbers that documents are full of: digits, perhaps a point, no exponent, and so few of them
+/// that both the digits and the power of ten are doubles: then one division rounds correctly.
+/// Length of the number; 0 leaves it to the general way.
+size_t ParseShort(TextView text, double& value)
+{
+    constexpr size_t kMaxDigits = 15;
+    const char16_t* const begin = text.data();
+    const char16_t* const end = begin + text.size();
+    const char16_t* at = begin;
+    const bool negative = at != end && *at == u'-';
+    at += negative ? 1 : 0;
+    const char16_t* const first = at;
+    uint64_t digits = 0;
+    for (; at != end && IsDigit(*at); ++at)
+    {
+        digits = digits * 10 + (*at - u'0');
+    }
+    size_t count = static_cast<size_t>(at - first);
+    size_t places = 0;
+    if (count == 0)
+    {
+        return 0;
+    }
+    if (at != end && *at == u'.')
+    {
+        const char16_t* const fraction = ++at;
+        for (; at != end && IsDigit(*at); ++at)
+        {
+            digits = digits * 10 + (*at - u'0');
+        }
+        places = static_cast<size_t>(at - fraction);
+        count += places;
+    }
+    const char16_t next = at != end ? Lower(*at) : u'\0';
+    if (count > kMaxDigits || next == u'e' || next == u'x')
+    {
+        return 0;
+    }
+    const auto whole = static_cast<double>(static_cast<int64_t>(digits));
+    const double size = places != 0 ? whole / kPowersOfTen[places] : whole;
+    value = negative ? -size : size;
+    return static_cast<size_t>(at - begin);
+}
+
 size_t Finish(char* out, const std::to_chars_result& result)
 {
     *result.ptr = '\0';
@@ -183,14 +234,131 @@ void AppendAscii(const char* text, size_t length, std::u16string& out)
 
 }  // namespace
 
+namespace
+{
+
+__extension__ using Wide = unsigned __int128;
+
+constexpr uint64_t kDigits16 = 10'000'000'000'000'000;  // the first number of more than 16 digits
+
+/// The power of ten of the first digit, for 1e-4 <= value < 1e15. The doubles nearest to 1e-4 to
+/// 1e-1 lie above these, so that comparing with them is exact.
+int LeadingPower(double value)
+{
+    if (value < 1.0)
+    {
+        return value >= 1e-1 ? -1 : value >= 1e-2 ? -2 : value >= 1e-3 ? -3 : -4;
+    }
+    int power = 0;
+    while (value >= kPowersOfTen[power + 1])
+    {
+        ++power;
+    }
+    return power;
+}
+
+/// The 16 digits of a value within LeadingPower's range, rounded half to even, with no step in
+/// floating point: mantissa times a power of five fits in 128 bits, the rest is a shift.
+uint64_t RoundTo16Digits(double value, int& power)
+{
+    constexpr auto kPowersOfFive = []
+    {
+        std::array<uint64_t, 20> powers{1};
+        for (size_t i = 1; i < powers.size(); ++i)
+        {
+            powers[i] = powers[i - 1] * 5;
+        }
+        return powers;
+    }();
+    const auto bits = std::bit_cast<uint64_t>(value);
+    const uint64_t mantissa = (bits & ((uint64_t{1} << 52) - 1)) | uint64_t{1} << 52;
+    const int exponent = static_cast<int>(bits >> 52) - 1075;  // value = mantissa * 2^exponent
+    const int places = 15 - power;                             // 1 to 19
+    const int shift = -(exponent + places);                    // of mantissa * 5^places, to the right
+    const Wide product = static_cast<Wide>(mantissa) * kPowersOfFive[static_cast<size_t>(places)];
+    if (shift <= 0)
+    {
+        return static_cast<uint64_t>(product << -shift);
+    }
+    auto digits = static_cast<uint64_t>(product >> shift);
+    const Wide rest = product & ((Wide{1} << shift) - 1);
+    const Wide half = Wide{1} << (shift - 1);
+    digits += rest > half || (rest == half && (digits & 1) != 0) ? 1 : 0;
+    if (digits == kDigits16)
+    {
+        digits /= 10;
+        ++power;
+    }
+    return digits;
+}
+
+/// "%.16g" of a fraction whose first digit stands between 1e-4 and 1e14, as most do. `end` is
+/// behind the last character; null leaves it to the general way.
+char* FormatFraction(double value, char* out)
+{
+    const double size = std::fabs(value);
+    if (!(size >= 1e-4 && size < 1e15))
+    {
+        return nullptr;
+    }
+    int power = LeadingPower(size);
+    uint64_t digits = RoundTo16Digits(size, power);
+    char text[16];
+    for (int i = 16; i-- > 0; digits /= 10)
+    {
+        text[i] = static_cast<char>('0' + digits % 10);
+    }
+    int last = 15;
+    while (last > 0 && text[last] == '0')
+    {
+        --last;
+    }
+    if (std::signbit(value))
+    {
+        *out++ = '-';
+    }
+    if (power < 0)
+    {
+        *out++ = '0';
+        *out++ = '.';
+        out = std::fill_n(out, -power - 1, '0');
+        return std::copy_n(text, last + 1, out);
+    }
+    out = std::copy_n(text, power + 1, out);
+    if (last > power)
+    {
+        *out++ = '.';
+        out = std::copy_n(text + power + 1, last - power, out);
+    }
+    return out;
+}
+
+}  // namespace
+
 size_t FormatDouble16g(double value, char* out)
 {
     // Whole numbers of up to 15 digits are their own "%.16g" text, and by far the most frequent.
     constexpr double kWhole = 1e15;
+    constexpr double kOneDigit = 10.0;
+    if (value >= 0.0 && value < kOneDigit && !std::signbit(value))
+    {
+        const int digit = static_cast<int>(value);
+        if (value == digit)
+        {
+            out[0] = static_cast<char>('0' + digit);
+            out[1] = '\0';
+            return 1;
+        }
+    }
     if (std::fabs(value) < kWhole && value == std::trunc(value) &&
         (value != 0.0 || !std::signbit(value)))
     {
         return Finish(out, std::to_chars(out, out + kMaxText - 1, static_cast<long long>(value)));
+    }
+    if (char* const end = FormatFraction(value, out))
+    {
+        *end = '\0';
+        return static_cast<size_t>(end - out);
     }
     return Finish(out,
                   std::to_chars(out, out + kMaxText - 1, value, std::chars_format::general, 16));
@@ -235,6 +403,11 @@ void AppendInt(long long value, std::u16string& out)
 ParsedDouble ParseDouble(TextView text)
 {
     const TextView rest = text.substr(SkipSpace(text));
+    double value = 0.0;
+    if (const size_t used = ParseShort(rest, value))
+    {
+        return {value, rest.data() + used};
+    }
     bool plain = true;
     const size_t length = Scanner(rest).Scan(plain);
     if (length == 0)

@@ -4,13 +4,15 @@
 #include <new>
 #include <random>
 
-#include "zorvex_api/Allocator.h"
+#include "runtime/FreeList.h"
 
 namespace zorvex_api::internal
 {
 
 namespace
 {
+
+constexpr size_t kTerminator = 2;
 
 __extension__ using Wide = unsigned __int128;
 
@@ -59,12 +61,11 @@ uint64_t RandomSeed()
 
 void* NewStored(size_t headerSize, size_t bytes)
 {
-    constexpr size_t kTerminator = 2;
     if (bytes > UINT32_MAX - 64)
     {
         throw std::bad_alloc();
     }
-    auto* const block = static_cast<char*>(Allocator::allocate(headerSize + bytes + kTerminator));
+    auto* const block = static_cast<char*>(SmallBlocks::Take(headerSize + bytes + kTerminator));
     char* const text = block + headerSize;
     const auto size = static_cast<uint32_t>(bytes);
     std::memcpy(text - sizeof size, &size, sizeof size);
@@ -75,7 +76,8 @@ void* NewStored(size_t headerSize, size_t bytes)
 
 void FreeStored(size_t headerSize, const void* word)
 {
-    Allocator::deallocate(const_cast<char*>(static_cast<const char*>(word)) - headerSize);
+    SmallBlocks::Give(const_cast<char*>(static_cast<const char*>(word)) - headerSize,
+                      headerSize + StoredBytes(word) + kTerminator);
 }
 
 const void* StringPool::Acquire(std::string_view bytes)

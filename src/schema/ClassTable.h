@@ -1,5 +1,6 @@
 #pragma once
 
+#include "objectmodel/ObjectBlock.h"
 #include "zorvex_api/Object.h"
 
 /// The rows that the generated sources consist of, and the engine that registers a class from its
@@ -55,7 +56,14 @@ struct ClassRow
 template <class T>
 Object* MakeObjectOf()
 {
-    return new T();
+    if constexpr (sizeof(T) == sizeof(Object))
+    {
+        return ObjectBlock::Make<T>();
+    }
+    else
+    {
+        return new T();
+    }
 }
 
 /// Fills the descriptor of a class node from its row: `record` is what the node's initialiser was

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "runtime/ByteBuffer.h"
 #include "runtime/Text.h"
 #include "zorvex_api/Allocator.h"
 #include "zorvex_api/Array.h"
@@ -97,6 +98,8 @@ public:
     int WritePlainAttribute(std::string_view name, std::string_view value, bool lowerFirst = false);
     int WriteText(TextView text);
     int WriteText(std::string_view utf8Text);
+    /// Element text that needs no escapes.
+    int WritePlainText(std::string_view text) { return Write(text); }
 
     /// Collects the bytes and hands them to the stream in large pieces. What is collected reaches
     /// the stream in `FlushBuffer` at the latest.
@@ -124,6 +127,7 @@ private:
 
     // TextStreamEncode.cpp: append to m_buffer
     void EncodeText(TextView text, Place place);
+    void AppendEncoded(TextView text, unsigned int flags);
     void EncodeUtf8(std::string_view text, Place place);
     void CopyUtf8(std::string_view text, Place place);
     void EncodeByRules(TextView text, Place place);
@@ -131,7 +135,7 @@ private:
     void AppendReplacement(Replacement kind, std::uint32_t unit, std::size_t index);
     unsigned int SpecialUnits(Place place) const;
 
-    void AppendName(std::string_view name, bool lowerFirst);
+    void AppendName(std::string_view prefix, std::string_view name);
     int BeginAttribute(std::string_view name, bool lowerFirst);
     int EndAttribute(int close);
     int EndValue();
@@ -153,10 +157,11 @@ private:
     bool m_documentRules = false;
     std::int64_t m_lineLimit = 0;  // 0: none
     std::int64_t m_column = 0;     // kept while there is a limit
-    std::string m_buffer;          // first what waits for the stream, then the text in hand
+    ByteBuffer m_buffer;           // first what waits for the stream, then the text in hand
     std::size_t m_ready = 0;       // where the text in hand begins; 0 without buffering
     std::string m_inHand;
     std::string m_filtered;
+    std::string m_encoded;
     Replaced m_replaced[kReplacementKinds];
 };
 

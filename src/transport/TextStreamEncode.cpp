@@ -135,7 +135,7 @@ void TextStream::AppendReplacement(Replacement kind, std::uint32_t unit, std::si
     {
         replaced = {true, unit, static_cast<int>(index)};
     }
-    m_buffer.append(kind == kControl ? " " : kReplacementCharacter);
+    m_buffer.append(kind == kControl ? std::string_view(" ") : kReplacementCharacter);
 }
 
 /// Appends an ASCII unit that isn't to be copied; `endsSection` says that it stands behind "]]".
@@ -179,7 +179,14 @@ void TextStream::EncodeText(TextView text, Place place)
     unsigned int flags = utf8::kEscape;
     flags |= m_escapeGt ? utf8::kEscapeGreater : 0u;
     flags |= place == Place::kAttribute ? utf8::kEscapeBlanks : 0u;
-    utf8::AppendEncoded(text, flags, m_buffer);
+    AppendEncoded(text, flags);
+}
+
+void TextStream::AppendEncoded(TextView text, unsigned int flags)
+{
+    m_encoded.clear();
+    utf8::AppendEncoded(text, flags, m_encoded);
+    m_buffer.append(m_encoded);
 }
 
 void TextStream::EncodeByRules(TextView text, Place place)
@@ -201,7 +208,7 @@ void TextStream::EncodeByRules(TextView text, Place place)
         }
         else if (IsHighSurrogate(unit) && i + 1 < text.size() && IsLowSurrogate(text[i + 1]))
         {
-            utf8::AppendEncoded(text.substr(i, 2), utf8::kPlain, m_buffer);
+            AppendEncoded(text.substr(i, 2), utf8::kPlain);
             ++i;
         }
         else if (IsHighSurrogate(unit) || IsLowSurrogate(unit))
@@ -216,14 +223,14 @@ void TextStream::EncodeByRules(TextView text, Place place)
         {
             const char bytes[] = {static_cast<char>(0xC0 | unit >> 6),
                                   static_cast<char>(0x80 | (unit & 0x3F))};
-            m_buffer.append(bytes, sizeof bytes);
+            m_buffer.append({bytes, sizeof bytes});
         }
         else
         {
             const char bytes[] = {static_cast<char>(0xE0 | unit >> 12),
                                   static_cast<char>(0x80 | (unit >> 6 & 0x3F)),
                                   static_cast<char>(0x80 | (unit & 0x3F))};
-            m_buffer.append(bytes, sizeof bytes);
+            m_buffer.append({bytes, sizeof bytes});
         }
     }
 }
@@ -252,7 +259,7 @@ void TextStream::CopyUtf8(std::string_view text, Place place)
 {
     const unsigned int special = SpecialUnits(place) | kMultiByte;
     std::size_t copied = 0;  // what stands in front is in the buffer
-    const auto copyUpTo = [&](std::size_t end) { m_buffer.append(text, copied, end - copied); };
+    const auto copyUpTo = [&](std::size_t end) { m_buffer.append(text.substr(copied, end - copied)); };
     for (std::size_t i = 0; i < text.size();)
     {
         const auto byte = static_cast<unsigned char>(text[i]);

@@ -1,0 +1,174 @@
+#include "document/WriterShape.h"
+
+#include "runtime/Text.h"
+
+namespace zorvex_adapter
+{
+
+using namespace zorvex_api;
+
+namespace
+{
+
+// A class whose objects are all different keeps no more than that many.
+constexpr std::size_t kMaxShapes = 256;
+
+/// A field of a list, and whether it has a value.
+std::uintptr_t KeyOf(const FieldData& record)
+{
+    return reinterpret_cast<std::uintptr_t>(record.descriptor) | (record.IsSet() ? 1u : 0u);
+}
+
+bool Matches(const WriterShape& shape, FieldData* const* records, std::size_t count)
+{
+    if (shape.key.size() != count)
+    {
+        return false;
+    }
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (shape.key[i] != KeyOf(*records[i]))
+        {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::uint64_t HashOf(FieldData* const* records, std::size_t count)
+{
+    std::uint64_t hash = count;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        hash = (hash ^ KeyOf(*records[i])) * 0x9e3779b97f4a7c15ULL;
+        hash ^= hash >> 29;
+    }
+    return hash;
+}
+
+int PlaceOf(const FieldData* record, FieldData* const* records, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (records[i] == record)
+        {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+bool IsWrittenAttribute(const FieldDescriptor& field)
+{
+    return field.IsAttribute() && field.Type() != zorvexFieldContentElement &&
+           !(field.IsBuiltIn() && &field == FieldDescriptor::BuiltIn(FieldDescriptor::kId));
+}
+
+bool HoldsNumbers(const FieldDescriptor& field)
+{
+    switch (FieldData::FormOf(field))
+    {
+        case FieldData::Form::Int:
+        case FieldData::Form::Ints:
+        case FieldData::Form::IntArray:
+        case FieldData::Form::Double:
+        case FieldData::Form::Doubles:
+        case FieldData::Form::DoubleArray:
+            return true;
+        default:
+            return false;
+    }
+}
+
+WriterStep MakeStep(FieldDescriptor& field, int record)
+{
+    WriterStep step{};
+    step.field = &field;
+    step.record = record;
+    step.name = field.Utf8XmlName();
+    step.defaultText = ToUtf8(field.DefaultView());
+    step.hasDefault = field.HasDefault();
+    step.required = field.IsRequired();
+    step.plain = HoldsNumbers(field);
+    step.mayBreak =
+        field.Type() == zorvexFieldMultipleReference || field.Type() == zorvexFieldMultipleURI;
+    step.lowerFirst = field.Owner() != nullptr && !field.Owner()->HasSchemaFile();
+    return step;
+}
+
+}  // namespace
+
+WriterClass::WriterClass(const ClassDescriptorImpl& descriptor)
+    : m_descriptor(descriptor),
+      m_layout(descriptor.Layout()),
+      m_generation(descriptor.Generation()),
+      m_writesId(descriptor.IsIdObject() && !descriptor.IsDocumentBase())
+{
+}
+
+const std::shared_ptr<WriterShape>& WriterClass::ShapeOf(ClassData& data,
+                                                         std::vector<FieldData*>& records)
+{
+    const std::size_t first = records.size();
+    for (FieldData* record = data.fields; record != nullptr; record = record->next)
+    {
+        records.push_back(record);
+    }
+    FieldData* const* list = records.data() + first;
+    const std::size_t count = records.size() - first;
+    if (m_last != nullptr && Matches(*m_last, list, count))
+    {
+        return m_last;
+    }
+    const std::uint64_t hash = HashOf(list, count);
+    const auto [begin, end] = m_shapes.equal_range(hash);
+    for (auto known = begin; known != end; ++known)
+    {
+        if (Matches(*known->second, list, count))
+        {
+            m_last = known->second;
+            return m_last;
+        }
+    }
+    if (m_shapes.size() >= kMaxShapes)
+    {
+        m_shapes.clear();  // open elements hold theirs
+    }
+    m_last = MakeShape(data, list, count);
+    m_shapes.emplace(hash, m_last);
+    return m_last;
+}
+
+std::shared_ptr<WriterShape> WriterClass::MakeShape(ClassData& data, FieldData* const* records,
+                                                    std::size_t count) const
+{
+    auto shape = std::make_shared<WriterShape>();
+    shape->key.reserve(count);
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        shape->key.push_back(KeyOf(*records[i]));
+    }
+    const FieldDescriptor* header =
+        m_descriptor.IsDocumentBase() ? m_layout.FindElement(u"Header") : nullptr;
+    for (FieldDescriptor* field : m_layout.BaseFirst())
+    {
+        const FieldData* stored = data.FindField(field);  // two fields can share a record
+        const bool isSet = stored != nullptr && stored->IsSet();
+        const int place = isSet ? PlaceOf(stored, records, count) : -1;
+        if (IsWrittenAttribute(*field) && (isSet || field->IsRequired()))
+        {
+            shape->attributes.push_back(MakeStep(*field, place));
+        }
+        const bool isContent = field->IsElement() || field->IsContent() ||
+                               field->Type() == zorvexFieldContentElement;
+        if (isContent && isSet)
+        {
+            const auto end = shape->contents.end();
+            shape->contents.insert(field == header ? shape->contents.begin() : end,
+                                   MakeStep(*field, place));
+        }
+    }
+    return shape;
+}
+
+}  // namespace zorvex_adapter
