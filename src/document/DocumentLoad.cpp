@@ -148,9 +148,18 @@ void DocumentLoad::HandOut()
 
 void DocumentLoad::ResolveReferences()
 {
-    for (const ReferenceData& reference : m_references)
+    // Their objects lie all over the memory: they are asked for some steps ahead.
+    constexpr std::size_t kAhead = 12;
+    for (std::size_t i = 0; i < m_references.size(); ++i)
     {
-        ResolveReference(reference);
+        if (i + kAhead < m_references.size())
+        {
+            const char* const shell =
+                reinterpret_cast<const char*>(m_references[i + kAhead].object);
+            __builtin_prefetch(shell);
+            __builtin_prefetch(shell + 64);
+        }
+        ResolveReference(m_references[i]);
     }
 }
 

@@ -99,6 +99,23 @@ private:
         TextView prefix;  // over `raw`
         TextView local;
         std::vector<Plan> plans;
+        bool isSchema = false;            // the local name is "schema"
+        ElementName* follower = nullptr;  // the name that came after it last
+    };
+    /// What the attributes of a class's elements turned out to be, in the order of the last
+    /// element: the next one mostly has the same.
+    struct AttributeGuess
+    {
+        std::u16string name;
+        FieldDescriptor* field;  // null for the id
+    };
+    struct AttributeGuesses
+    {
+        std::uint32_t generation = 0;
+        std::vector<AttributeGuess> attributes;
+
+        bool Hold(std::size_t index, const char16_t* name) const;
+        void Learn(std::size_t index, TextView name, FieldDescriptor* field);
     };
     /// Where an element's name belongs.
     struct ElementNamespace
@@ -177,8 +194,9 @@ private:
     // --------------------------------------------------------
     void ReadAttributes(ClassData& data, const Parser::UCharList& names,
                         const Parser::UCharList& values);
-    bool ReadBuiltInAttribute(ClassData& data, const ClassLayout& layout, TextView name,
-                              TextView value);
+    AttributeGuesses& GuessesFor(const ClassDescriptorImpl& descriptor);
+    bool ReadKnownAttribute(ClassData& data, FieldDescriptor* field, TextView value);
+    FieldDescriptor* FindBuiltInAttribute(const ClassLayout& layout, TextView name);
     bool ReadId(ClassData& data, TextView value);
     bool ReadSchemaLocation(ClassData& data, TextView name, TextView value);
     bool ReadRuntimeAttribute(ClassData& data, TextView name, TextView value);
@@ -240,6 +258,9 @@ private:
     NamespaceScope m_scope;
     std::u16string m_text;  // the run of text in hand
     ElementName* m_name = nullptr;
+    std::unordered_map<const ClassDescriptorImpl*, AttributeGuesses> m_guesses;
+    const ClassDescriptorImpl* m_guessedClass = nullptr;
+    AttributeGuesses* m_lastGuesses = nullptr;  // of m_guessedClass
     std::unordered_map<std::u16string_view, std::unique_ptr<ElementName>> m_elementNames;
     unsigned m_defaultVersion = ~0u;  // scope version for which m_default was found
     NamespaceScope::Name* m_default = nullptr;

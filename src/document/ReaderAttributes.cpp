@@ -29,20 +29,28 @@ void ParserImpl::ReadAttributes(ClassData& data, const Parser::UCharList& names,
                                 const Parser::UCharList& values)
 {
     const ClassDescriptorImpl* impl = ClassDescriptorImpl::Of(data.GetClassDescriptor());
-    const ClassLayout& layout = impl->Layout();
     const bool isRuntime = impl->IsRuntimeClass();
     const bool takesNamespaces = isRuntime && schemaMode != 0;
+    AttributeGuesses* guesses = isRuntime ? nullptr : &GuessesFor(*impl);
+    std::size_t guess = 0;
     bool hasId = false;
     const int count = names.GetLength();
     for (int i = 0; i < count; ++i)
     {
-        if (names[i] == nullptr)
+        const unsigned short* const text = names[i];
+        if (text == nullptr)
         {
             Fail(2, String::Format("Unable to get an attribute (index:%d) of: \"%s\"", i,
                                    LocalUtf8().c_str()));
             break;
         }
-        const TextView name(AsChar16(names[i]));
+        if (guesses != nullptr && guesses->Hold(guess, AsChar16(text)))
+        {
+            FieldDescriptor* field = guesses->attributes[guess++].field;
+            hasId = ReadKnownAttribute(data, field, TakeValue(values[i])) || hasId;
+            continue;
+        }
+        const TextView name(AsChar16(text));
         if (!takesNamespaces && IsNamespaceAttribute(name))
         {
             continue;
@@ -52,9 +60,18 @@ void ParserImpl::ReadAttributes(ClassData& data, const Parser::UCharList& names,
         {
             continue;
         }
-        const bool isId = isRuntime ? ReadRuntimeAttribute(data, name, value)
-                                    : ReadBuiltInAttribute(data, layout, name, value);
-        hasId = hasId || isId;
+        if (isRuntime)
+        {
+            hasId = ReadRuntimeAttribute(data, name, value) || hasId;
+            continue;
+        }
+        FieldDescriptor* field = nullptr;
+        if (name != u"id" && (field = FindBuiltInAttribute(impl->Layout(), name)) == nullptr)
+        {
+            continue;
+        }
+        guesses->Learn(guess++, name, field);
+        hasId = ReadKnownAttribute(data, field, value) || hasId;
     }
     if (!hasId)
     {
@@ -62,20 +79,69 @@ void ParserImpl::ReadAttributes(ClassData& data, const Parser::UCharList& names,
     }
 }
 
-/// True when it gave the object its id, as for all of these.
-bool ParserImpl::ReadBuiltInAttribute(ClassData& data, const ClassLayout& layout, TextView name,
-                                      TextView value)
+ParserImpl::AttributeGuesses& ParserImpl::GuessesFor(const ClassDescriptorImpl& descriptor)
 {
-    if (name == u"id")
+    if (&descriptor != m_guessedClass)
+    {
+        m_guessedClass = &descriptor;
+        m_lastGuesses = &m_guesses[&descriptor];
+    }
+    if (m_lastGuesses->generation != descriptor.Generation())
+    {
+        m_lastGuesses->attributes.clear();
+        m_lastGuesses->generation = descriptor.Generation();
+    }
+    return *m_lastGuesses;
+}
+
+/// Whether the attribute guessed next has this name, which ends with a zero.
+bool ParserImpl::AttributeGuesses::Hold(std::size_t index, const char16_t* name) const
+{
+    if (index >= attributes.size())
+    {
+        return false;
+    }
+    const std::u16string& guessed = attributes[index].name;
+    for (const char16_t unit : guessed)
+    {
+        if (*name++ != unit)
+        {
+            return false;
+        }
+    }
+    return *name == 0;
+}
+
+void ParserImpl::AttributeGuesses::Learn(std::size_t index, TextView name, FieldDescriptor* field)
+{
+    if (index < attributes.size())
+    {
+        attributes[index].name = name;
+        attributes[index].field = field;
+        return;
+    }
+    attributes.push_back({std::u16string(name), field});
+}
+
+/// Null, with a message, for an attribute that the class hasn't got.
+FieldDescriptor* ParserImpl::FindBuiltInAttribute(const ClassLayout& layout, TextView name)
+{
+    FieldDescriptor* field = layout.FindAttribute(name);
+    if (field != nullptr && !field->IsContent())
+    {
+        return field;
+    }
+    Warn(525, String::Format("\"%s\" is not an allowed attribute of: <%s>", ToUtf8(name).c_str(),
+                             LocalUtf8().c_str()));
+    return nullptr;
+}
+
+/// The id for a null field. True when it gave the object its id.
+bool ParserImpl::ReadKnownAttribute(ClassData& data, FieldDescriptor* field, TextView value)
+{
+    if (field == nullptr)
     {
         return ReadId(data, value);
-    }
-    FieldDescriptor* field = layout.FindAttribute(name);
-    if (field == nullptr || field->IsContent())
-    {
-        Warn(525, String::Format("\"%s\" is not an allowed attribute of: <%s>",
-                                 ToUtf8(name).c_str(), LocalUtf8().c_str()));
-        return false;
     }
     SetField(data, *field, value);
     return false;

@@ -127,9 +127,18 @@ void ParserImpl::Fail(int code, const String& text)
 
 ParserImpl::ElementName& ParserImpl::InternName(TextView raw)
 {
+    ElementName* const before = m_name;
+    if (before != nullptr && before->follower != nullptr && before->follower->raw == raw)
+    {
+        return *before->follower;
+    }
     const auto found = m_elementNames.find(raw);
     if (found != m_elementNames.end())
     {
+        if (before != nullptr)
+        {
+            before->follower = found->second.get();
+        }
         return *found->second;
     }
     auto name = std::make_unique<ElementName>();
@@ -138,6 +147,7 @@ ParserImpl::ElementName& ParserImpl::InternName(TextView raw)
     const std::size_t colon = text.find(u':');
     name->prefix = colon == text.npos ? TextView() : text.substr(0, colon);
     name->local = colon == text.npos ? text : text.substr(colon + 1);
+    name->isSchema = name->local == u"schema";
     return *m_elementNames.emplace(text, std::move(name)).first->second;
 }
 

@@ -29,7 +29,7 @@ bool IsMainSchemaClass(ClassDescriptor* descriptor)
 
 bool ParserImpl::IsEmbeddedSchemaStart() const
 {
-    return m_name->local == u"schema" && m_inDocument && m_skipDepth == 0 && !m_inEmbeddedSchema &&
+    return m_name->isSchema && m_inDocument && m_skipDepth == 0 && !m_inEmbeddedSchema &&
            Current() != nullptr && IsMainSchemaClass(Current()->GetClassDescriptor());
 }
 

@@ -1,5 +1,7 @@
 #include "document/WriterShape.h"
 
+#include <algorithm>
+
 #include "runtime/Text.h"
 
 namespace zorvex_adapter
@@ -104,6 +106,44 @@ WriterClass::WriterClass(const ClassDescriptorImpl& descriptor)
       m_generation(descriptor.Generation()),
       m_writesId(descriptor.IsIdObject() && !descriptor.IsDocumentBase())
 {
+    OrderFields();
+}
+
+/// Required fields are written even when they aren't set; "load" and "location" share one record.
+void WriterClass::OrderFields()
+{
+    const FieldDescriptor* header =
+        m_descriptor.IsDocumentBase() ? m_layout.FindElement(u"Header") : nullptr;
+    std::uint32_t position = 0;
+    for (FieldDescriptor* field : m_layout.BaseFirst())
+    {
+        ++position;
+        if (field->IsRequired() || field->IsBuiltIn() ||
+            field->Type() == zorvexFieldExternalReference)
+        {
+            m_always.push_back({position, field});
+            continue;
+        }
+        m_positions.emplace(field, field == header ? 0 : position);
+    }
+}
+
+/// What there may be to write for a list of fields, in the order of a document.
+std::vector<WriterClass::Place> WriterClass::FieldsOf(FieldData* const* records,
+                                                      std::size_t count) const
+{
+    std::vector<Place> fields = m_always;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        const auto known = m_positions.find(records[i]->descriptor);
+        if (known != m_positions.end())
+        {
+            fields.push_back({known->second, records[i]->descriptor});
+        }
+    }
+    std::sort(fields.begin(), fields.end(),
+              [](const Place& a, const Place& b) { return a.position < b.position; });
+    return fields;
 }
 
 const std::shared_ptr<WriterShape>& WriterClass::ShapeOf(ClassData& data,
@@ -148,24 +188,21 @@ std::shared_ptr<WriterShape> WriterClass::MakeShape(ClassData& data, FieldData* 
     {
         shape->key.push_back(KeyOf(*records[i]));
     }
-    const FieldDescriptor* header =
-        m_descriptor.IsDocumentBase() ? m_layout.FindElement(u"Header") : nullptr;
-    for (FieldDescriptor* field : m_layout.BaseFirst())
+    for (const Place& place : FieldsOf(records, count))
     {
+        FieldDescriptor* field = place.field;
         const FieldData* stored = data.FindField(field);  // two fields can share a record
         const bool isSet = stored != nullptr && stored->IsSet();
-        const int place = isSet ? PlaceOf(stored, records, count) : -1;
+        const int record = isSet ? PlaceOf(stored, records, count) : -1;
         if (IsWrittenAttribute(*field) && (isSet || field->IsRequired()))
         {
-            shape->attributes.push_back(MakeStep(*field, place));
+            shape->attributes.push_back(MakeStep(*field, record));
         }
-        const bool isContent = field->IsElement() || field->IsContent() ||
-                               field->Type() == zorvexFieldContentElement;
+        const bool isContent =
+            field->IsElement() || field->IsContent() || field->Type() == zorvexFieldContentElement;
         if (isContent && isSet)
         {
-            const auto end = shape->contents.end();
-            shape->contents.insert(field == header ? shape->contents.begin() : end,
-                                   MakeStep(*field, place));
+            shape->contents.push_back(MakeStep(*field, record));
         }
     }
     return shape;

@@ -67,10 +67,21 @@ private:
                                            zorvex_api::FieldData* const* records,
                                            std::size_t count) const;
 
+    /// A field that an object may write, by its place in a document.
+    struct Place
+    {
+        std::uint32_t position;
+        zorvex_api::FieldDescriptor* field;
+    };
+    void OrderFields();
+    std::vector<Place> FieldsOf(zorvex_api::FieldData* const* records, std::size_t count) const;
+
     const zorvex_api::ClassDescriptorImpl& m_descriptor;
     const zorvex_api::ClassLayout& m_layout;
     std::uint32_t m_generation;
     bool m_writesId;
+    std::unordered_map<const zorvex_api::FieldDescriptor*, std::uint32_t> m_positions;
+    std::vector<Place> m_always;  // fields that a look at the object's list alone doesn't find
     std::shared_ptr<WriterShape> m_last;
     std::unordered_multimap<std::uint64_t, std::shared_ptr<WriterShape>> m_shapes;  // by hash
 };

@@ -119,8 +119,8 @@ private:
     bool m_hasExternalReference = false;
     bool m_writesNamespaces = true;
     int m_referenceMode = 2;
-    std::string m_value;    // the value in hand, UTF-8
-    std::u16string m_wide;  // scratch
+    std::string m_value;                    // the value in hand, UTF-8
+    std::u16string m_wide;                  // scratch
     const ClassData* m_treeRoot = nullptr;  // of the tree that is written
     std::vector<Frame> m_frames;
     std::vector<FieldData*> m_records;  // the fields of the open elements

@@ -274,7 +274,7 @@ uint64_t RoundTo16Digits(double value, int& power)
     const uint64_t mantissa = (bits & ((uint64_t{1} << 52) - 1)) | uint64_t{1} << 52;
     const int exponent = static_cast<int>(bits >> 52) - 1075;  // value = mantissa * 2^exponent
     const int places = 15 - power;                             // 1 to 19
-    const int shift = -(exponent + places);                    // of mantissa * 5^places, to the right
+    const int shift = -(exponent + places);  // of mantissa * 5^places, to the right
     const Wide product = static_cast<Wide>(mantissa) * kPowersOfFive[static_cast<size_t>(places)];
     if (shift <= 0)
     {

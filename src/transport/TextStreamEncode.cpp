@@ -259,7 +259,8 @@ void TextStream::CopyUtf8(std::string_view text, Place place)
 {
     const unsigned int special = SpecialUnits(place) | kMultiByte;
     std::size_t copied = 0;  // what stands in front is in the buffer
-    const auto copyUpTo = [&](std::size_t end) { m_buffer.append(text.substr(copied, end - copied)); };
+    const auto copyUpTo = [&](std::size_t end)
+    { m_buffer.append(text.substr(copied, end - copied)); };
     for (std::size_t i = 0; i < text.size();)
     {
         const auto byte = static_cast<unsigned char>(text[i]);
