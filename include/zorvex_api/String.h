@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <string_view>
+#include <type_traits>
 
 #include "zorvex_api/Allocator.h"
 #include "zorvex_api/Export.h"
@@ -22,6 +24,11 @@ struct StringImpl;
 /// caller's buffer, which must outlive the String and is copied at the first change.
 class ZORVEX_API String : public Allocator
 {
+    class Nothing
+    {
+        Nothing();
+    };
+
 public:
     String() noexcept : m_impl(nullptr) {}
     String(std::nullptr_t) noexcept : m_impl(nullptr) {}
@@ -63,6 +70,8 @@ public:
         Empty();
         return *this;
     }
+    /// `text = {}` empties the text; no other list can be given.
+    String& operator=(std::initializer_list<Nothing>) noexcept { return *this = nullptr; }
 
     /// The `Set` operations replace the content and return 1. They return 0 and leave the text
     /// as it was for a negative length when there is content, for a wide length below -1, for an
@@ -199,6 +208,69 @@ inline bool operator!=(const unsigned short* left, const String& right)
 inline bool operator!=(const char16_t* left, const String& right)
 {
     return !(right == left);
+}
+inline bool operator==(const String& left, std::nullptr_t)
+{
+    return left.IsEmpty() != 0;
+}
+inline bool operator==(std::nullptr_t, const String& right)
+{
+    return right.IsEmpty() != 0;
+}
+inline bool operator!=(const String& left, std::nullptr_t)
+{
+    return left.IsEmpty() == 0;
+}
+inline bool operator!=(std::nullptr_t, const String& right)
+{
+    return right.IsEmpty() == 0;
+}
+
+namespace internal
+{
+
+inline bool Precedes(const String& left, const String& right)
+{
+    return left.operator<(right);
+}
+inline bool Precedes(const String& left, const char* right)
+{
+    return left.Compare(right) < 0;
+}
+inline bool Precedes(const char* left, const String& right)
+{
+    return right.Compare(left) > 0;
+}
+
+/// A String and something that converts to one, in either order.
+template <class Left, class Right>
+using IfTexts = std::enable_if_t<
+    (std::is_same<Left, String>::value && std::is_convertible<const Right&, String>::value) ||
+    (std::is_same<Right, String>::value && std::is_convertible<const Left&, String>::value)>;
+
+}  // namespace internal
+
+/// The order of units, also against narrow and wide text; narrow text counts as in `Compare`.
+/// Without these the compiler would turn the String into a pointer and compare addresses.
+template <class Left, class Right, class = internal::IfTexts<Left, Right>>
+bool operator<(const Left& left, const Right& right)
+{
+    return internal::Precedes(left, right);
+}
+template <class Left, class Right, class = internal::IfTexts<Left, Right>>
+bool operator>(const Left& left, const Right& right)
+{
+    return internal::Precedes(right, left);
+}
+template <class Left, class Right, class = internal::IfTexts<Left, Right>>
+bool operator<=(const Left& left, const Right& right)
+{
+    return !internal::Precedes(right, left);
+}
+template <class Left, class Right, class = internal::IfTexts<Left, Right>>
+bool operator>=(const Left& left, const Right& right)
+{
+    return !internal::Precedes(left, right);
 }
 
 ZORVEX_API String operator+(const String& left, const String& right);

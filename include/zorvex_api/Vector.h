@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "zorvex_api/Allocator.h"
 #include "zorvex_api/Export.h"
 
@@ -25,6 +27,9 @@ public:
 
     /// The three doubles at `xyz`, range limited; (0, 0, 0) for null.
     Vector(const double* xyz);
+
+    /// (0, 0, 0), as for either kind of null pointer.
+    Vector(std::nullptr_t) : Vector() {}
 
     /// The content of a `VectorField` object of the main namespace; (0, 0, 0) for null, for an
     /// object of another class and for a content that can't be read.

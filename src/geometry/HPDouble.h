@@ -1,5 +1,11 @@
 #pragma once
 
+#include <cfloat>
+
+#if defined(__FAST_MATH__)
+#error "High precision is lost when the compiler may reorder floating-point arithmetic."
+#endif
+
 namespace zorvex_api
 {
 
@@ -13,6 +19,8 @@ struct HPDouble
     double hi = 0.0;
     double lo = 0.0;
 };
+
+static_assert(FLT_EVAL_METHOD == 0 && DBL_MANT_DIG == 53, "needs strict binary64 arithmetic");
 
 namespace internal
 {

@@ -161,6 +161,14 @@ void RebuildThroughUtf8(TextView text, unsigned flags, String& out)
     static_cast<void>(static_cast<const char*>(out));
 }
 
+template <class Left, class Right>
+String Sum(const Left& left, const Right& right)
+{
+    String sum(left);
+    sum += right;
+    return sum;
+}
+
 }  // namespace
 
 String::String(const String& other) : Allocator(), m_impl(NewImpl(View(other))) {}
@@ -741,37 +749,27 @@ bool operator==(const String& left, const char16_t* right)
 
 String operator+(const String& left, const String& right)
 {
-    String sum(left);
-    sum += right;
-    return sum;
+    return Sum(left, right);
 }
 
 String operator+(const String& left, const char* right)
 {
-    String sum(left);
-    sum += right;
-    return sum;
+    return Sum(left, right);
 }
 
 String operator+(const char* left, const String& right)
 {
-    String sum(left);
-    sum += right;
-    return sum;
+    return Sum(left, right);
 }
 
 String operator+(const String& left, const char16_t* right)
 {
-    String sum(left);
-    sum += right;
-    return sum;
+    return Sum(left, right);
 }
 
 String operator+(const char16_t* left, const String& right)
 {
-    String sum(left);
-    sum += right;
-    return sum;
+    return Sum(left, right);
 }
 
 }  // namespace zorvex_api

@@ -48,6 +48,7 @@ TEST(Vector, ConstructorsLimitTheRangeAndSumsDoNot)
     const double outside[] = {1e40, 1e-40, 3};
     ExpectExactly(Vector(outside), 1e36, 0, 3);
     ExpectExactly(Vector(static_cast<const double*>(nullptr)), 0, 0, 0);
+    ExpectExactly(Vector(nullptr), 0, 0, 0);
 }
 
 TEST(Vector, ProductsFollowTheRightHand)

@@ -177,6 +177,31 @@ TEST(StringTest, ComparesUnitByUnitAndNarrowTextBySignedBytes)
     EXPECT_TRUE(String(u"z") < String(u"\u00e4"));
 }
 
+TEST(StringTest, OrdersAgainstNarrowAndWideTextByUnitsNotByAddress)
+{
+    const String bolt("bolt");
+    // Each pair of buffers in both orders, so that an order by address can't pass by luck.
+    const char narrow[] = "nut\0arm";
+    const char16_t wide[] = u"nut\0arm";
+    const auto* const units = AsUnits(wide);
+    EXPECT_TRUE(bolt < narrow && bolt < wide && bolt < units && bolt < String(narrow));
+    EXPECT_TRUE(bolt > narrow + 4 && bolt > wide + 4 && bolt > units + 4);
+    EXPECT_TRUE(narrow > bolt && wide > bolt && units > bolt);
+    EXPECT_TRUE(narrow + 4 < bolt && wide + 4 < bolt && units + 4 < bolt);
+    EXPECT_TRUE(bolt <= "bolt" && bolt >= "bolt" && bolt <= u"bolt" && u"bolt" >= bolt);
+    EXPECT_FALSE(bolt <= "arm" || bolt >= narrow || "nut" <= bolt || bolt > String("nut"));
+    EXPECT_TRUE(bolt > nullptr && String() <= nullptr && String() >= "");
+}
+
+TEST(StringTest, NullAndEmptyBracesStandForTheEmptyText)
+{
+    String text("bolt");
+    EXPECT_TRUE(text != nullptr && nullptr != text);
+    text = {};
+    EXPECT_TRUE(text == nullptr && nullptr == text);
+    EXPECT_TRUE(String(u"", -1) == nullptr);
+}
+
 TEST(StringTest, FindsFirstAndLastOverlappingOccurrences)
 {
     EXPECT_EQ(1, String("aaa").FindLast("aa"));
