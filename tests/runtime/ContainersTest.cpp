@@ -8,29 +8,11 @@
 #include "support/Printers.h"
 #include "zorvex_api/Array.h"
 #include "zorvex_api/AutoPtr.h"
-#include "zorvex_api/ClassDescriptor.h"
-#include "zorvex_api/Configuration.h"
-#include "zorvex_api/FieldInfo.h"
-#include "zorvex_api/Handle.h"
 #include "zorvex_api/Map.h"
-#include "zorvex_api/PluginDescriptor.h"
-#include "zorvex_api/Reference.h"
 #include "zorvex_api/String.h"
 
 namespace zorvex_api
 {
-
-// All operations of every array and map that the interface speaks of can be called.
-template class Array<Handle>;
-template class Array<Reference>;
-template class Array<Object*>;
-template class Array<FieldInfo>;
-template class Array<Configuration*>;
-template class Array<ClassDescriptor*>;
-template class Array<PluginDescriptor*>;
-template class Array<FieldType>;
-template class Map<String, String>;
-template class Map<FieldInfo, FieldInfo>;
 
 namespace
 {
