@@ -121,6 +121,12 @@ json Measure(Subject& subject, const Arguments& arguments)
         out["save"] = Timed([&] { subject.Save(arguments.save); });
     }
     out["delete"] = Timed([&] { subject.Delete(); });
+    if (!arguments.save.empty())
+    {
+        subject.Load(arguments.save);
+        Check(subject, arguments);
+        subject.Delete();
+    }
     return out;
 }
 

@@ -1,12 +1,11 @@
 // The library itself, through its public interface and with its default options.
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "measured/Subject.h"
+#include "measured/TreeInspector.h"
 #include "zorvex_api/zorvex_api.h"
 
 namespace zorvex_bench
@@ -15,18 +14,13 @@ namespace zorvex_bench
 namespace
 {
 
-using zorvex_api::Array;
-using zorvex_api::ClassDescriptor;
 using zorvex_api::Configuration;
-using zorvex_api::FieldInfo;
 using zorvex_api::Object;
-using zorvex_api::Reference;
 using zorvex_api::Result;
 using zorvex_api::String;
 using zorvex_api::TraverseContext;
 using zorvex_api::zorvexTraverseResult;
 
-constexpr unsigned int kAttributes = 2;
 constexpr unsigned int kWithChildren = 4;
 
 std::string Utf8(const String& text)
@@ -59,61 +53,6 @@ private:
     std::uint64_t m_visits = 0;
 };
 
-/// Counts elements, and the references that are resolved.
-class Inspector : public TraverseContext
-{
-public:
-    zorvexTraverseResult Visit(Object* object) override
-    {
-        ++m_contents.elements;
-        // The one element of these documents that is no object.
-        m_contents.elements += object->GetObjectDescription().IsEmpty() ? 0 : 1;
-        for (const String& field : ReferenceFields(object->GetClassDescriptor()))
-        {
-            int hasValue = 0;
-            Array<Reference> references;
-            if (object->HasAttributeValue(field, hasValue) != 0 && hasValue != 0)
-            {
-                Require(object->GetAttributeValue(field, references), "reading references");
-            }
-            for (int i = 0; i < references.GetSize(); ++i)
-            {
-                m_contents.references += references[i].GetHandle().GetObject() != nullptr ? 1 : 0;
-            }
-        }
-        return zorvex_api::zorvexTraverseContinue;
-    }
-
-    const Contents& Found() const { return m_contents; }
-
-private:
-    const std::vector<String>& ReferenceFields(ClassDescriptor* descriptor)
-    {
-        const auto known = m_fields.find(descriptor);
-        if (known != m_fields.end())
-        {
-            return known->second;
-        }
-        std::vector<String>& names = m_fields[descriptor];
-        for (const ClassDescriptor* one = descriptor; one; one = one->GetBaseClass())
-        {
-            Array<FieldInfo> fields;
-            one->GetFields(fields, kAttributes, 0);
-            for (int i = 0; i < fields.GetSize(); ++i)
-            {
-                if (fields[i].IsReference())
-                {
-                    names.push_back(fields[i].GetName());
-                }
-            }
-        }
-        return names;
-    }
-
-    std::map<ClassDescriptor*, std::vector<String>> m_fields;
-    Contents m_contents;
-};
-
 class ZorvexSubject : public Subject
 {
 public:
@@ -140,11 +79,9 @@ public:
 
     Contents Inspect() override
     {
-        Inspector inspector;
+        TreeInspector inspector;
         m_document->Traverse(&inspector);
-        Contents contents = inspector.Found();
-        contents.root = Utf8(m_document->GetElementName());
-        return contents;
+        return {Utf8(m_document->GetElementName()), inspector.Elements(), inspector.References()};
     }
 
     std::uint64_t Walk() override { return CountVisits(*m_document); }

@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdlib>
 #include <fstream>
 #include <stdexcept>
 
@@ -101,15 +100,8 @@ Outcome RunProgram(const std::vector<std::string>& command)
     return outcome;
 }
 
-std::uint64_t CountInstructions(const std::vector<std::string>& command)
+std::uint64_t CountInstructions(const std::vector<std::string>& command, const std::string& profile)
 {
-    std::string profile = "/tmp/zorvex-callgrind-XXXXXX";
-    const int file = mkstemp(profile.data());
-    if (file < 0)
-    {
-        Fail(command, "there is no room for a profile");
-    }
-    close(file);
     std::vector<std::string> counted{"valgrind", "-q", "--tool=callgrind", "--cache-sim=no",
                                      "--callgrind-out-file=" + profile};
     counted.insert(counted.end(), command.begin(), command.end());
@@ -125,7 +117,6 @@ std::uint64_t CountInstructions(const std::vector<std::string>& command)
             instructions = std::stoull(line.substr(wanted.size()));
         }
     }
-    unlink(profile.c_str());
     if (instructions == 0)
     {
         Fail(counted, "no count");

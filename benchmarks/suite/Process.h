@@ -20,7 +20,9 @@ struct Outcome
 /// @throws std::runtime_error when it can't be run or doesn't end with exit code 0
 Outcome RunProgram(const std::vector<std::string>& command);
 
-/// The instructions that a program executes in user mode, counted by callgrind.
-std::uint64_t CountInstructions(const std::vector<std::string>& command);
+/// The instructions that a program executes in user mode, counted by callgrind, which leaves its
+/// file at `profile`.
+std::uint64_t CountInstructions(const std::vector<std::string>& command,
+                                const std::string& profile);
 
 }  // namespace zorvex_bench
