@@ -243,8 +243,8 @@ bool TextSetter::StoreString(FieldData* data)
 {
     const TextView text =
         m_text == kOldFormatName && m_field.NameView() == u"format" ? kFormatName : m_text;
-    const stored::Word word = stored::Make(text);
     data = Need(data);
+    const stored::Word word = stored::Make(text);  // first: `text` may stand in what is released
     stored::Release(data->Text());
     data->SetPointer(word);
     return true;

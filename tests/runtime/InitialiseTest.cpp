@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -335,6 +336,29 @@ TEST_F(InitialiseTest, RefusedMemoryIsAnsweredByACodeAndLeavesNothing)
         ASSERT_EQ(0, Terminate()) << nth;
         EXPECT_EQ(0, hooks.Live()) << nth;
     }
+}
+
+TEST_F(InitialiseTest, RefusedMemoryWhileAnOptionIsSetLeavesNothing)
+{
+    ASSERT_EQ(0, Initialise(0, nullptr, &hooks, &hooks));
+    int refused = 0;
+    for (int nth = 1; nth <= 12; ++nth)
+    {
+        Configuration options;
+        hooks.RefuseNth(nth);
+        try
+        {
+            options.Set(u"stores/left", u"a text of its own");
+        }
+        catch (const std::bad_alloc&)
+        {
+            ++refused;
+        }
+        hooks.RefuseNth(0);
+    }
+    EXPECT_GT(refused, 0);
+    EXPECT_EQ(0, Terminate());
+    EXPECT_EQ(0, hooks.Live());
 }
 
 TEST_F(InitialiseTest, MoreClassesThanTheTablesTakeLeaveTheSessionDown)
