@@ -2,7 +2,6 @@
 
 #include <xalanc/XalanTransformer/XalanCAPI.h>
 #include <xalanc/XalanDOM/XalanDOMString.hpp>
-#include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/TransService.hpp>
 #include <xercesc/util/XMLUniDefs.hpp>
@@ -49,6 +48,26 @@ std::unique_ptr<Services> MakeServices()
     return services;
 }
 
+bool KeepServices()
+{
+    g_services = MakeServices().release();
+    return g_services != nullptr;
+}
+
+/// Whether one step of the start gave true; the libraries raise what has no common base.
+template <class Step>
+bool Succeeds(Step&& step)
+{
+    try
+    {
+        return step();
+    }
+    catch (...)
+    {
+        return false;
+    }
+}
+
 }  // namespace
 
 bool XmlPlatform::IsUp()
@@ -62,32 +81,26 @@ bool XmlPlatform::Start()
     {
         return true;
     }
-    try
+    if (!Succeeds(
+            []
+            {
+                xercesc::XMLPlatformUtils::Initialize();
+                return true;
+            }))
     {
-        xercesc::XMLPlatformUtils::Initialize();
-        if (XalanInitialize() != 0)
-        {
-            xercesc::XMLPlatformUtils::Terminate();
-            return false;
-        }
-        g_services = MakeServices().release();
-        if (g_services == nullptr)
+        return false;
+    }
+    const bool xalanUp = Succeeds([] { return XalanInitialize() == 0; });
+    g_up = xalanUp && Succeeds(&KeepServices);
+    if (!g_up)
+    {
+        if (xalanUp)
         {
             XalanTerminate(0);
-            xercesc::XMLPlatformUtils::Terminate();
-            return false;
         }
+        xercesc::XMLPlatformUtils::Terminate();
     }
-    catch (const xercesc::XMLException&)
-    {
-        return false;
-    }
-    catch (const xercesc::SAXParseException&)
-    {
-        return false;
-    }
-    g_up = true;
-    return true;
+    return g_up;
 }
 
 void XmlPlatform::End()
