@@ -1,5 +1,7 @@
 #pragma once
 
+#include <type_traits>
+
 #include "zorvex_api/Stream.h"
 
 namespace zorvex_api
@@ -16,6 +18,15 @@ public:
     /// caller keeps the buffer alive; the stream neither frees nor grows it.
     MemoryStream(void* buffer, int length, int allocLength);
     MemoryStream(void* buffer, std::uint64_t length, std::uint64_t allocLength);
+
+    /// The same for sizes of other and of mixed types, as `MemoryStream(data, 0, sizeof data)`.
+    template <
+        class Length, class AllocLength,
+        class = std::enable_if_t<std::is_integral_v<Length> && std::is_integral_v<AllocLength>>>
+    MemoryStream(void* buffer, Length length, AllocLength allocLength)
+        : MemoryStream(buffer, AsSize(length), AsSize(allocLength))
+    {
+    }
 
     ~MemoryStream() override;
 
@@ -48,6 +59,14 @@ public:
 
     /// Writes `count` * `size` bytes; non-zero on success.
     int Write64(const void* buffer, std::uint64_t count, std::uint64_t size);
+
+private:
+    /// Nothing for a negative size.
+    template <class Size>
+    static constexpr std::uint64_t AsSize(Size size)
+    {
+        return size > 0 ? static_cast<std::uint64_t>(size) : 0;
+    }
 };
 
 }  // namespace zorvex_api

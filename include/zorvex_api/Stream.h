@@ -25,6 +25,7 @@ public:
     Stream& operator=(const Stream&) = delete;
 
 protected:
+    /// Called to open a Stream that knows its name and mode already.
     virtual int Open();
 
     /// Reads up to `size` bytes and gives the number read, 0 at the end.
@@ -39,6 +40,7 @@ protected:
 public:
     virtual ~Stream();
 
+    /// The mode bits, for whoever opens the Stream; what is open already doesn't follow a change.
     virtual unsigned int GetMode();
     virtual void SetMode(unsigned int mode);
 
@@ -47,13 +49,16 @@ public:
     /// gives `count` * `size` or, when it is damaged, 0.
     virtual int Read(void* buffer, int count, int size, int compressed);
 
+    /// Gives the next byte and leaves it unread; 0 at the end.
     virtual int Peek(char* byte);
 
     /// Writes `count` elements of `size` bytes, with `compressed` as a block that is deflated where
-    /// that saves space.
+    /// that saves space. Non-zero when all was written.
     virtual int Write(const void* buffer, int count, int size, int compressed);
 
-    /// Positions are in bytes from the start.
+    /// Positions are in bytes from the start. What doesn't fit into 32 bits has the 64-bit forms
+    /// below; a Stream that doesn't override an operation doesn't offer it and gives 0, but 1 for
+    /// Close.
     virtual int Seek(const std::uint32_t& position);
     virtual int Tell(std::uint32_t& position);
     virtual int Rewind();
@@ -65,6 +70,7 @@ public:
     /// The record, owned by this Stream and made on first use.
     virtual StreamImpl* GetImplementation();
 
+    /// A name for messages and for finding out where bytes come from; of a FileStream the path.
     const String& GetName();
     void SetName(const String& name);
 

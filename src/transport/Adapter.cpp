@@ -8,6 +8,7 @@
 #include "transport/AdapterImpl.h"
 #include "transport/AdapterStream.h"
 #include "transport/BuiltInPlugins.h"
+#include "transport/Location.h"
 #include "transport/PluginRegistry.h"
 #include "transport/PluginSlots.h"
 #include "zorvex_api/PluginDescriptor.h"
@@ -83,7 +84,7 @@ void EnterLocation(const String& context, String& base, Pointer& pointer)
     {
         base = String();
     }
-    else if (Pointer(context).IsRelative() != 0)
+    else if (internal::NeedsFolder(Pointer(context)))
     {
         base = Join(base, context);
     }
@@ -193,7 +194,8 @@ void Adapter::ConstructPointer(Pointer& pointer)
         }
         if (!named)
         {
-            pointer.Parse(Join(base, member->GetContext()));
+            const AdapterImpl& impl = *member->GetImplementation();
+            pointer.Parse(internal::WithQuery(Join(base, impl.context), impl.query));
             named = true;
         }
         const Adapter* above = member->GetNext();

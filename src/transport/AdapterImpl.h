@@ -14,6 +14,7 @@ struct AdapterImpl : public Allocator
     Adapter* previous = nullptr;  // towards the resolver; owned unless borrowsPrevious
     Adapter* next = nullptr;      // towards the document; not owned
     String context;
+    String query;  // behind the file name that the context is; files have none, see WithQuery
     int borrowsPrevious = 0;
     int isNewInstance = 1;  // 0: a shared or configured instance, kept at the chain's end
     int isClone = 0;

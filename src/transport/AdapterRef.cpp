@@ -2,6 +2,7 @@
 
 #include "runtime/Text.h"
 #include "transport/AdapterImpl.h"
+#include "transport/Location.h"
 #include "transport/PluginInstances.h"
 #include "transport/PluginLock.h"
 #include "transport/PluginSlots.h"
@@ -16,7 +17,6 @@ namespace
 {
 
 constexpr int kBadReference = 517;
-constexpr int kStandardPort = 80;
 constexpr int kLongestChain = 1000;  // a longer one is no document's, but an attack
 
 /// Runs in a destructor: an adapter that throws here has no one to tell.
@@ -44,6 +44,7 @@ void ResetShared(Adapter& adapter, Configuration* options)
     impl.next = nullptr;  // gone already
     SendReset(adapter, options);
     impl.context = String();
+    impl.query = String();
     impl.previous = nullptr;
     impl.borrowsPrevious = 0;
     impl.handle = nullptr;
@@ -53,20 +54,6 @@ bool IsShared(const Adapter& adapter)
 {
     const AdapterImpl& impl = *adapter.GetImplementation();
     return adapter.GetFormat().IsEmpty() == 0 && impl.isNewInstance == 0 && impl.isClone == 0;
-}
-
-/// The net path with the port, which a server's other documents are to be asked for too.
-String LocationOf(const Pointer& pointer)
-{
-    const String& netPath = pointer.GetNetPath();
-    if (pointer.GetHost().IsEmpty() != 0 || pointer.GetPort() == kStandardPort)
-    {
-        return netPath;
-    }
-    const String host = u"//" + pointer.GetHost();
-    const int end = netPath.Find(host) + host.GetLength();
-    return netPath.Substring(0, end) + String::Format(":%d", pointer.GetPort()) +
-           netPath.Substring(end);
 }
 
 }  // namespace
@@ -148,7 +135,7 @@ void AdapterRef::Build(const Pointer& pointer)
         m_result.AddError(kBadReference, u"Invalid reference: " + pointer.GetString());
         return;
     }
-    const String base = LocationOf(pointer);
+    const String base = internal::LocationOf(pointer);
     const String name = pointer.GetFileName();
     const bool namesPlace = base.IsEmpty() == 0 || name.IsEmpty() == 0;
     if (m_previous == nullptr ? namesPlace : base.IsEmpty() == 0)
@@ -162,6 +149,10 @@ void AdapterRef::Build(const Pointer& pointer)
         {
             ReleaseChain();
             return;
+        }
+        if (i == 0 && m_adapter != m_previous)
+        {
+            m_adapter->GetImplementation()->query = pointer.GetQuery();
         }
     }
     if (m_adapter == m_previous && count == 0)
@@ -203,6 +194,7 @@ void AdapterRef::Push(Adapter* adapter, const String& context, bool isNew)
     impl.previous = m_adapter;
     impl.next = nullptr;
     impl.context = context;
+    impl.query = String();
     impl.isNewInstance = isNew ? 1 : 0;
     impl.borrowsPrevious = m_adapter != nullptr && m_adapter == m_previous ? 1 : 0;
     if (m_adapter != nullptr)

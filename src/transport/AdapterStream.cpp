@@ -1,7 +1,9 @@
 #include "transport/AdapterStream.h"
 
 #include "runtime/Text.h"
+#include "transport/AdapterImpl.h"
 #include "transport/FileName.h"
+#include "transport/Location.h"
 #include "transport/PluginInstances.h"
 #include "transport/PluginLock.h"
 #include "transport/PluginSlots.h"
@@ -34,7 +36,7 @@ String FullName(const Adapter& location, const String& fileName)
     for (const Adapter* below = location.GetPrevious(); below != nullptr;
          below = below->GetPrevious())
     {
-        if (Pointer(name).IsRelative() == 0)
+        if (!NeedsFolder(Pointer(name)))
         {
             break;
         }
@@ -111,6 +113,10 @@ void GetStreamFromResolver(Adapter& location, const PluginProcessData& data)
         fileName = FitFileName(fileName, above);
     }
     String name = FullName(location, fileName);
+    if (above != nullptr)
+    {
+        name = WithQuery(name, above->GetImplementation()->query);
+    }
     AskResolver(data, name);
     if (writes)
     {

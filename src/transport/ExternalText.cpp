@@ -9,6 +9,7 @@
 #include "objectmodel/ExternalRep.h"
 #include "runtime/Utf8.h"
 #include "transport/DocumentPointer.h"
+#include "transport/Location.h"
 
 /// The text of a URI reference: as it is kept, and as a saved document has it.
 
@@ -265,13 +266,14 @@ namespace internal
 
 Pointer FromFolderOf(const Pointer& document, const Pointer& pointer)
 {
-    const String& folder = document.GetNetPath();
+    const String folder = LocationOf(document);
     if (!DependsOnFolder(pointer) || folder.IsEmpty() != 0)
     {
         return pointer;
     }
     const String separator = folder.EndsWith(u"/") != 0 ? u"" : u"/";
-    return WithChainOf(pointer, folder + separator + pointer.GetFullPath());
+    const String place = folder + separator + pointer.GetFullPath();
+    return WithChainOf(pointer, WithQuery(place, pointer.GetQuery()));
 }
 
 String TextWithin(Object* owner, const Pointer& pointer)

@@ -28,7 +28,8 @@ bool IsLoadText(const Stream* stream)
 
 TextView DocumentText(TextView uri)
 {
-    const std::size_t first = uri.find_first_not_of(u" \t\r\n");
+    // a byte order mark is left by whoever reads a file into a String
+    const std::size_t first = uri.find_first_not_of(u" \t\r\n\uFEFF");
     if (first == TextView::npos || uri[first] != u'<')
     {
         return {};

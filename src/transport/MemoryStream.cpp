@@ -22,11 +22,11 @@ std::uint64_t NotNegative(int value)
     return static_cast<std::uint64_t>(std::max(value, 0));
 }
 
-/// False when the product doesn't fit.
-bool TotalOf(std::uint64_t count, std::uint64_t size, std::uint64_t& total)
+/// False when the product doesn't fit or there is no buffer for it.
+bool TotalOf(const void* buffer, std::uint64_t count, std::uint64_t size, std::uint64_t& total)
 {
     total = count * size;
-    return size == 0 || total / size == count;
+    return (size == 0 || total / size == count) && (buffer != nullptr || total == 0);
 }
 
 }  // namespace
@@ -122,13 +122,13 @@ std::uint64_t MemoryStream::GetAllocLength()
 std::uint64_t MemoryStream::Read64(void* buffer, std::uint64_t count, std::uint64_t size)
 {
     std::uint64_t total = 0;
-    return TotalOf(count, size, total) ? Impl(*this).Read64(buffer, total) : 0;
+    return TotalOf(buffer, count, size, total) ? Impl(*this).Read64(buffer, total) : 0;
 }
 
 int MemoryStream::Write64(const void* buffer, std::uint64_t count, std::uint64_t size)
 {
     std::uint64_t total = 0;
-    return TotalOf(count, size, total) ? Impl(*this).Write64(buffer, total) : 0;
+    return TotalOf(buffer, count, size, total) ? Impl(*this).Write64(buffer, total) : 0;
 }
 
 }  // namespace zorvex_api

@@ -13,12 +13,13 @@ namespace zorvex_api
 namespace
 {
 
-/// `count` * `size`, 0 for anything below 1. False when that is more than a call can move.
-bool TotalOf(int count, int size, int& total)
+/// `count` * `size`, 0 for anything below 1. False when that is more than a call can move or there
+/// is no buffer to move it.
+bool TotalOf(const void* buffer, int count, int size, int& total)
 {
     const std::int64_t product = static_cast<std::int64_t>(count) * size;
     total = static_cast<int>(std::clamp<std::int64_t>(product, 0, std::numeric_limits<int>::max()));
-    return product <= total;
+    return product <= total && (buffer != nullptr || total == 0);
 }
 
 /// Reverses the bytes of each whole element.
@@ -70,7 +71,7 @@ int Stream::Read(void* buffer, int count, int size, int compressed)
     };
 
     int total = 0;
-    if (!TotalOf(count, size, total))
+    if (!TotalOf(buffer, count, size, total))
     {
         return 0;
     }
@@ -87,7 +88,7 @@ int Stream::Read(void* buffer, int count, int size, int compressed)
 
 int Stream::Peek(char* byte)
 {
-    return PeekByte(byte);
+    return byte == nullptr ? 0 : PeekByte(byte);
 }
 
 int Stream::Write(const void* buffer, int count, int size, int compressed)
@@ -104,7 +105,7 @@ int Stream::Write(const void* buffer, int count, int size, int compressed)
     };
 
     int total = 0;
-    if (!TotalOf(count, size, total))
+    if (!TotalOf(buffer, count, size, total))
     {
         return 0;
     }

@@ -2,12 +2,14 @@
 
 #include "ToyAdapter.h"
 #include "transport/AdapterImpl.h"
+#include "transport/ExternalText.h"
 #include "transport/FileName.h"
 #include "transport/PluginInstances.h"
 #include "transport/PluginLock.h"
 #include "zorvex_api/AdapterRef.h"
 #include "zorvex_api/Pointer.h"
 #include "zorvex_api/Stream.h"
+#include "zorvex_api/URIResolver.h"
 
 namespace zorvex_test
 {
@@ -75,6 +77,8 @@ TEST_F(AdapterChainTest, AChainNamesThePointerItWasBuiltFromWithoutTheLocator)
              {"a.toy#ZORVEX(TOY-doc/part/ZORVEX-doc/id12)",
               "a.toy#ZORVEX(TOY-doc/part/ZORVEX-doc)"},
              {"http://h:81/d/a.xml#id5", "http://h:81/d/a.xml"},
+             {"http://h:81/d/a.php?rev=1&q=/#id5", "http://h:81/d/a.php?rev=1&q=/"},
+             {"d/a.xml?rev=1#id5", "d/a.xml"},
              {"file:///d/a.xml#id5", "file:///d/a.xml"},
              {"#ZORVEX(STREAM-doc/0x12/ZORVEX-doc)", "#ZORVEX(STREAM-doc/0x12/ZORVEX-doc)"}})
     {
@@ -199,6 +203,39 @@ TEST_F(AdapterChainTest, ALocationOpensTheFileThatTheAdapterAboveLooksFor)
     ASSERT_NE(nullptr, stream) << testing::PrintToString(result);
     char bytes[8] = {};
     EXPECT_EQ(5, stream->Read(bytes, 8, 1, 0));
+}
+
+TEST_F(AdapterChainTest, AResolverIsAskedForTheWholeNameOnAServer)
+{
+    struct AskedResolver : URIResolver
+    {
+        void Process(PluginProcessData* data) override
+        {
+            name = Utf8(*internal::GetSlot<String>(*data, 9));
+        }
+        std::string name;
+    };
+    const AdapterRef web(Pointer("http://h:81/d/a.xml?rev=1#ZORVEX(ZORVEX-doc)"), nullptr);
+    const AdapterRef file(Pointer("/d/a.xml#ZORVEX(ZORVEX-doc)"), nullptr);
+    const auto asked = [](const AdapterRef& outer, const char* uri, unsigned int mode)
+    {
+        AskedResolver resolver;
+        const AdapterRef chain(Pointer(uri), outer->GetPrevious());
+        PluginProcessData data;
+        data.m_operation = ZORVEX_OP_ADAPTER_GET;
+        data.Set(5, &mode);
+        data.Set(-2, static_cast<URIResolver*>(&resolver));
+        internal::ProcessLocked(chain->GetPrevious(), data);
+        return resolver.name;
+    };
+    EXPECT_EQ("http://h:81/d/b.php?rev=2", asked(web, "b.php?rev=2#ZORVEX(ZORVEX-doc)", 0x10001));
+    EXPECT_EQ("http://h:81/d/b.xml", asked(web, "b.xml#ZORVEX(ZORVEX-doc)", 0x10001));
+    EXPECT_EQ("/d/b.xml", asked(file, "b.xml?rev=2#ZORVEX(ZORVEX-doc)", 0x10001));
+    EXPECT_EQ("db:///b.xml?rev=2", asked(file, "db:b.xml?rev=2#ZORVEX(ZORVEX-doc)", 0x10001));
+    EXPECT_EQ("db:///b.xml?rev=2", asked(file, "db:b.xml?rev=2#ZORVEX(ZORVEX-doc)", 0x10002));
+    const Pointer later =
+        internal::FromFolderOf(Pointer("http://h:81/d/a.xml?rev=1"), Pointer("b.php?rev=2#id5"));
+    EXPECT_EQ("http://h:81/d/b.php?rev=2#id5", Utf8(later.GetString()));
 }
 
 TEST_F(AdapterChainTest, AConfiguredInstanceIsUsedResetAndKept)

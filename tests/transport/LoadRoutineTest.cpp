@@ -198,7 +198,7 @@ TEST_F(LoadRoutineTest, ATextIsReadThroughAStreamThatIsGoneAfterwards)
         delete stream;
         return Making(1)(self, data);
     };
-    const Loaded loaded = LoadFrom(u" \t\n<p>\u00e9</p>", {{"format", "TOY"}});
+    const Loaded loaded = LoadFrom(u"\uFEFF \t\n<p>\u00e9</p>", {{"format", "TOY"}});
     EXPECT_EQ(1u, loaded.Roots().size()) << testing::PrintToString(loaded.GetResult());
     EXPECT_EQ(std::string("<p>\xC3\xA9</p>"), seen);
     EXPECT_EQ(nullptr, internal::GetDocumentPointer(loaded.Root()));

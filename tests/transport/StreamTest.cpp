@@ -130,6 +130,12 @@ TEST(MemoryStream, NeitherGrowsNorFreesACallersBuffer)
     EXPECT_EQ(0, WriteText(stream, "z"));
     EXPECT_EQ(1, WriteText(stream, ""));
     EXPECT_EQ('y', buffer[99]);
+
+    MemoryStream mixed(buffer, 3, sizeof buffer);
+    EXPECT_EQ("yyy", ReadText(mixed, 50));
+    EXPECT_EQ(100u, mixed.GetAllocLength());
+    MemoryStream negative(buffer, -1L, 5);
+    EXPECT_EQ("", ReadText(negative, 50));
 }
 
 TEST(MemoryStream, SixtyFourBitFormsCheckTheirProduct)
@@ -144,6 +150,21 @@ TEST(MemoryStream, SixtyFourBitFormsCheckTheirProduct)
     EXPECT_STREQ("abcdef", back);
     EXPECT_EQ(0, stream.Read(back, 1 << 20, 1 << 20, 0));
     EXPECT_EQ(0, stream.Write(back, 1 << 20, 1 << 20, 0));
+}
+
+TEST(Stream, WithoutABufferNothingIsMoved)
+{
+    MemoryStream stream;
+    WriteText(stream, "abc");
+    EXPECT_EQ(0, stream.Write(nullptr, 1, 5, 0));
+    EXPECT_EQ(0, stream.Write(nullptr, 1, 50, 1));
+    EXPECT_EQ(0, stream.Write64(nullptr, 1, 5));
+    EXPECT_EQ(1, stream.Write(nullptr, 0, 5, 0));
+    stream.Rewind();
+    EXPECT_EQ(0, stream.Read(nullptr, 1, 3, 0));
+    EXPECT_EQ(0u, stream.Read64(nullptr, 1, 3));
+    EXPECT_EQ(0, stream.Peek(nullptr));
+    EXPECT_EQ("abc", ReadText(stream, 9));
 }
 
 TEST(Stream, ReversesElementsWhileBytesAreSwapped)

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "zorvex_api/String.h"
+
+namespace zorvex_api
+{
+
+class Pointer;
+
+namespace internal
+{
+
+/// The net path with the port, which a server's other documents are to be asked for too.
+String LocationOf(const Pointer& pointer);
+
+/// Whether what the pointer names is meant from some folder. A scheme stands for itself.
+bool NeedsFolder(const Pointer& pointer);
+
+/// `name` with a query behind it. A file has no query: it stays as it is.
+String WithQuery(const String& name, const String& query);
+
+}  // namespace internal
+}  // namespace zorvex_api
