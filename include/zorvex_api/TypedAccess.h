@@ -67,8 +67,8 @@ ZORVEX_API Result Set(Object& object, const char16_t* field, const Array<double>
 ZORVEX_API Result Set(Object& object, const char16_t* field, const Vector& value);
 ZORVEX_API Result Set(Object& object, const char16_t* field, const Transf& value);
 
-/// A list of `count` values; `values` has room for as many. Null stands for an empty list, which a
-/// field of fixed length refuses.
+/// A list of `count` values; `values` has room for as many. To set, null stands for an empty list,
+/// which a field of fixed length refuses; to get, it gives code 2.
 ZORVEX_API Result GetList(const Object& object, const char16_t* field, int count, int* values);
 ZORVEX_API Result GetList(const Object& object, const char16_t* field, int count, double* values);
 ZORVEX_API Result SetList(Object& object, const char16_t* field, int count, const int* values);

@@ -11,6 +11,7 @@
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ConfigurationStack.h"
 #include "objectmodel/ExternalRep.h"
+#include "runtime/XmlCharacters.h"
 
 /// Storing references: ids and URIs by the objects that they lead to, or by their text.
 
@@ -146,15 +147,34 @@ OwnedRep MakeUri(ClassData& owner, const Reference& reference, const ExternalRep
     return made;
 }
 
-/// The URIs that a reference stands for: one with its handles, or else those of its text.
-void AppendUris(ClassData& owner, const Reference& reference, std::vector<OwnedRep>& out)
+/// Whether `text` is one entry of the list although it has blanks: texts are stored unescaped.
+bool IsEntryWithBlanks(const Array<ExternalRep*>* list, TextView text)
 {
-    if (reference.GetHandles().GetSize() > 0)
+    if (list == nullptr || text.find_first_of(kSeparators) == TextView::npos)
+    {
+        return false;
+    }
+    return std::any_of(list->begin(), list->end(),
+                       [&](const ExternalRep* entry)
+                       {
+                           std::u16string known;
+                           entry->AppendText(known);
+                           return known == text;
+                       });
+}
+
+/// The URIs that a reference stands for: one with its handles, or else those of its text. What is
+/// an entry of `present` (may be null) stays one, so that a list can be read, changed and set.
+void AppendUris(ClassData& owner, const Reference& reference, const Array<ExternalRep*>* present,
+                std::vector<OwnedRep>& out)
+{
+    const TextView text = View(reference.GetString());
+    if (reference.GetHandles().GetSize() > 0 || IsEntryWithBlanks(present, text))
     {
         out.push_back(MakeUri(owner, reference, nullptr));
         return;
     }
-    attribute_numbers::ForEachToken(View(reference.GetString()), kSeparators,
+    attribute_numbers::ForEachToken(text, kSeparators,
                                     [&](TextView token)
                                     {
                                         OwnedRep made(ExternalRep::Make(owner));
@@ -256,10 +276,6 @@ void SpareKept(ExternalRep& old, ExternalRep* const* kept, int count)
 Result SetSingleUri(ClassData& owner, FieldDescriptor& field, TextView name,
                     const Reference& reference)
 {
-    if (PartOf(field) != Part::Value && reference.GetHandles().GetSize() > 1)
-    {
-        return attribute_message::MultipleHandles(name);
-    }
     FieldData* data = owner.FindField(&field);
     const bool isSet = data != nullptr && data->IsSet();
     OwnedRep made = MakeUri(owner, reference, isSet ? data->External() : nullptr);
@@ -286,12 +302,14 @@ void AppendTo(Array<ExternalRep*>& list, std::vector<OwnedRep>& made)
 
 Result SetUris(ClassData& owner, FieldDescriptor& field, const Reference* references, int count)
 {
+    FieldData* data = owner.FindField(&field);
+    const Array<ExternalRep*>* present =
+        data != nullptr && data->IsSet() ? data->Externals() : nullptr;
     std::vector<OwnedRep> made;
     for (int i = 0; i < count; ++i)
     {
-        AppendUris(owner, references[i], made);
+        AppendUris(owner, references[i], present, made);
     }
-    FieldData* data = owner.FindField(&field);
     if (made.empty())
     {
         ResetValue(owner, field, data);
@@ -345,11 +363,13 @@ const char* SingleTypeName(const FieldDescriptor& field)
 Result SetSingle(ClassData& owner, FieldDescriptor& field, TextView name,
                  const Reference* references, int count)
 {
+    if (IsExternalReference(field) && CountHandles(references, count) > 1)
+    {
+        return attribute_message::MultipleHandles(name);
+    }
     if (count != 1)
     {
-        return CountHandles(references, count) > 1 && IsExternalReference(field)
-                   ? attribute_message::MultipleHandles(name)
-                   : attribute_message::SizeNotOne(SingleTypeName(field));
+        return attribute_message::SizeNotOne(SingleTypeName(field));
     }
     if (references[0].GetHandles().GetSize() == 0)
     {
@@ -433,7 +453,7 @@ Result AddUris(ClassData& owner, TextView name, const Reference& reference, bool
                Array<ExternalRep*>& list)
 {
     std::vector<OwnedRep> made;
-    AppendUris(owner, reference, made);
+    AppendUris(owner, reference, nullptr, made);
     if (made.empty())
     {
         return Result();
@@ -445,6 +465,21 @@ Result AddUris(ClassData& owner, TextView name, const Reference& reference, bool
     }
     return made.empty() ? attribute_message::AlreadyExists()
                         : Append(name, list, made, [](OwnedRep& uri) { return uri.release(); });
+}
+
+/// Lists of references don't go through the route of text, which has its own check.
+Result CheckCharacters(TextView name, const Reference* references, int count)
+{
+    Result result;
+    for (int i = 0; i < count && result.Ok(); ++i)
+    {
+        result = CheckXmlCharacters(View(references[i].GetString()));
+    }
+    if (!result.Ok())
+    {
+        result.Merge(attribute_message::CannotSet(name));
+    }
+    return result;
 }
 
 }  // namespace
@@ -459,7 +494,11 @@ Result SetReferences(ClassData& owner, FieldDescriptor& field, TextView name,
         owner.MarkNetwork();
         return result;
     }
-    Result result;
+    Result result = CheckCharacters(name, references, count);
+    if (!result.Ok())
+    {
+        return result;
+    }
     switch (field.Type())
     {
         case zorvexFieldMultipleReference:
@@ -479,12 +518,18 @@ Result SetReferences(ClassData& owner, FieldDescriptor& field, TextView name,
 Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
                      const Reference& reference, bool skipKnown)
 {
-    FieldData* data = PartOf(field) == Part::Id ? nullptr : owner.FindField(&field);
-    if (data == nullptr || !data->HasValue(owner, true))
+    const bool isId = PartOf(field) == Part::Id;
+    FieldData* data = isId ? nullptr : owner.FindField(&field);
+    const bool isStored = isId || (data != nullptr && data->IsSet());
+    if (!isStored || !HasValue(owner, field, data, true))
     {
         return SetReferences(owner, field, name, &reference, 1);
     }
-    Result result;
+    Result result = CheckCharacters(name, &reference, 1);
+    if (!result.Ok())
+    {
+        return result;
+    }
     switch (field.Type())
     {
         case zorvexFieldMultipleReference:
@@ -496,6 +541,21 @@ Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
         default:
             return attribute_message::IncorrectFieldType();
     }
+    owner.MarkNetwork();
+    return result;
+}
+
+Result SetTargets(ClassData& owner, TextView name, const Reference& reference)
+{
+    FieldData* data = nullptr;
+    FieldDescriptor* field = FindField(owner, name, data);
+    if (field == nullptr)
+    {
+        return attribute_message::NotAllowed(name, owner);
+    }
+    Result result = reference.GetHandles().GetSize() == 0
+                        ? SetAsText(owner, *field, name, reference)
+                        : SetSingleUri(owner, *field, name, reference);
     owner.MarkNetwork();
     return result;
 }

@@ -106,6 +106,8 @@ Result SetReferences(ClassData& owner, FieldDescriptor& field, TextView name,
 Result AddReferences(ClassData& owner, FieldDescriptor& field, TextView name,
                      const Reference& reference, bool skipKnown);
 
+/// Sets a single URI, an external reference too, to lead to any number of things.
+Result SetTargets(ClassData& owner, TextView name, const Reference& reference);
 /// Appends the targets of a single URI to `out` and takes them off it: nothing is destroyed, and
 /// the text stays.
 void DetachTargets(ClassData& owner, TextView name, Array<Handle>& out);

@@ -51,14 +51,29 @@ int DefaultInt(const FieldDescriptor& field)
     return number::ParseInt(field.DefaultView()).value;
 }
 
+/// The number of an id of the form "id" and digits, as long as it fits: ids with more than nine
+/// digits are kept as text.
 Result GetIdNumber(const ClassData& owner, int& value)
 {
     std::uint32_t idNumber = 0;
-    if (!owner.id.GetNumber(idNumber))
+    if (owner.id.GetNumber(idNumber))
+    {
+        value = static_cast<int>(idNumber);
+        return Result();
+    }
+    constexpr TextView kPrefix = u"id";
+    const TextView text = owner.id.Text();
+    const TextView digits = text.starts_with(kPrefix) ? text.substr(kPrefix.size()) : TextView();
+    if (digits.empty() || digits.find_first_not_of(u"0123456789") != TextView::npos)
     {
         return attribute_message::IdIsNoInt();
     }
-    value = static_cast<int>(idNumber);
+    const number::ParsedInt parsed = number::ParseInt(digits);
+    if (parsed.overflow)
+    {
+        return attribute_message::IdIsNoInt();
+    }
+    value = parsed.value;
     return Result();
 }
 
@@ -119,9 +134,9 @@ Result GetDouble(ClassData& owner, TextView name, double& value)
     return Result();
 }
 
-void CopyInts(const FieldDescriptor& field, Form form, const FieldData& data, Array<int>& out)
+void CopyInts(const FieldDescriptor& field, const FieldData& data, Array<int>& out)
 {
-    switch (form)
+    switch (FieldData::FormOf(field))
     {
         case Form::Int:
             out.Add(data.Int());
@@ -142,9 +157,9 @@ void CopyInts(const FieldDescriptor& field, Form form, const FieldData& data, Ar
     }
 }
 
-void CopyDoubles(const FieldDescriptor& field, Form form, const FieldData& data, Array<double>& out)
+void CopyDoubles(const FieldDescriptor& field, const FieldData& data, Array<double>& out)
 {
-    switch (form)
+    switch (FieldData::FormOf(field))
     {
         case Form::Double:
             out.Add(data.Double());
@@ -158,7 +173,12 @@ void CopyDoubles(const FieldDescriptor& field, Form form, const FieldData& data,
     }
 }
 
-Result GetInts(ClassData& owner, TextView name, Array<int>& out)
+/// Reads all values of a field whose type `accepts`: those that are stored, or those of the
+/// default.
+template <class T, class Accepts>
+Result GetAll(ClassData& owner, TextView name, Accepts accepts,
+              void (*copy)(const FieldDescriptor&, const FieldData&, Array<T>&),
+              std::vector<T> (*defaults)(const FieldDescriptor&), Array<T>& out)
 {
     FieldData* data = nullptr;
     const FieldDescriptor* field = attribute_store::FindField(owner, name, data);
@@ -166,54 +186,47 @@ Result GetInts(ClassData& owner, TextView name, Array<int>& out)
     {
         return attribute_message::NotAllowed(name, owner);
     }
-    const Form form = FieldData::FormOf(*field);
-    if (attribute_store::PartOf(*field) != Part::Value || !HoldsInts(form))
+    if (attribute_store::PartOf(*field) != Part::Value || !accepts(*field))
     {
         return attribute_message::WrongType(name);
     }
     out.RemoveAll();
     if (IsSet(data))
     {
-        CopyInts(*field, form, *data, out);
+        copy(*field, *data, out);
         return Result();
     }
     if (!field->HasDefault())
     {
         return attribute_message::NotSet(name);
     }
-    const std::vector<int> values = attribute_numbers::DefaultInts(*field);
+    const std::vector<T> values = defaults(*field);
     out.Add(static_cast<int>(values.size()), values.data());
     return Result();
+}
+
+bool HoldsAnyInts(const FieldDescriptor& field)
+{
+    return HoldsInts(FieldData::FormOf(field));
+}
+
+bool HoldsAnyDoubles(const FieldDescriptor& field)
+{
+    return HoldsDoubles(FieldData::FormOf(field));
+}
+
+Result GetInts(ClassData& owner, TextView name, Array<int>& out)
+{
+    return GetAll(owner, name, HoldsAnyInts, CopyInts, attribute_numbers::DefaultInts, out);
 }
 
 /// The doubles of a field whose type `accepts`; WrongType for any other.
 template <class Accepts>
 Result GetDoublesOf(ClassData& owner, TextView name, Accepts accepts, Array<double>& out)
 {
-    FieldData* data = nullptr;
-    const FieldDescriptor* field = attribute_store::FindField(owner, name, data);
-    if (field == nullptr)
-    {
-        return attribute_message::NotAllowed(name, owner);
-    }
-    const Form form = FieldData::FormOf(*field);
-    if (attribute_store::PartOf(*field) != Part::Value || !HoldsDoubles(form) || !accepts(*field))
-    {
-        return attribute_message::WrongType(name);
-    }
-    out.RemoveAll();
-    if (IsSet(data))
-    {
-        CopyDoubles(*field, form, *data, out);
-        return Result();
-    }
-    if (!field->HasDefault())
-    {
-        return attribute_message::NotSet(name);
-    }
-    const std::vector<double> values = attribute_numbers::DefaultDoubles(*field);
-    out.Add(static_cast<int>(values.size()), values.data());
-    return Result();
+    const auto holdsThem = [&](const FieldDescriptor& field)
+    { return HoldsAnyDoubles(field) && accepts(field); };
+    return GetAll(owner, name, holdsThem, CopyDoubles, attribute_numbers::DefaultDoubles, out);
 }
 
 bool HoldsVector(const FieldDescriptor& field)
@@ -349,8 +362,7 @@ Result Object::GetAttributeValue(const String& name, Array<int>& values) const
 Result Object::GetAttributeValue(const String& name, Array<double>& values) const
 {
     const ObjectPin pin(this);
-    return GetDoublesOf(
-        *pin, View(name), [](const FieldDescriptor&) { return true; }, values);
+    return GetDoublesOf(*pin, View(name), HoldsAnyDoubles, values);
 }
 
 Result Object::GetAttributeValue(const String& name, Array<Reference>& values) const

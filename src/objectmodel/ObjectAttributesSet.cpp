@@ -298,6 +298,17 @@ Result SetValue(const Object* object, const String& name, Result (*set)(Target&,
                                    : attribute_message::NotAllowed(target.name, target.owner);
 }
 
+Result SetReferences(const Object* object, const String& name, const Reference* values, int count)
+{
+    const ObjectPin pin(object);
+    const Target target(*pin, View(name));
+    if (target.field == nullptr)
+    {
+        return attribute_message::NotAllowed(target.name, target.owner);
+    }
+    return attribute_store::SetReferences(target.owner, *target.field, target.name, values, count);
+}
+
 Result Reset(const Object* object, const String& name)
 {
     const ObjectPin pin(object);
@@ -348,25 +359,12 @@ Result Object::SetAttributeValue(const String& name, const Array<double>& values
 
 Result Object::SetAttributeValue(const String& name, const Array<Reference>& values)
 {
-    const ObjectPin pin(this);
-    const Target target(*pin, View(name));
-    if (target.field == nullptr)
-    {
-        return attribute_message::NotAllowed(target.name, target.owner);
-    }
-    return attribute_store::SetReferences(target.owner, *target.field, target.name,
-                                          values.GetData(), values.GetSize());
+    return SetReferences(this, name, values.GetData(), values.GetSize());
 }
 
 Result Object::SetAttributeValue(const String& name, const Reference& value)
 {
-    const ObjectPin pin(this);
-    const Target target(*pin, View(name));
-    if (target.field == nullptr)
-    {
-        return attribute_message::NotAllowed(target.name, target.owner);
-    }
-    return attribute_store::SetReferences(target.owner, *target.field, target.name, &value, 1);
+    return SetReferences(this, name, &value, 1);
 }
 
 Result Object::SetAttributeValue(const String& name, const Transf& value)

@@ -91,6 +91,10 @@ void RemoveFirst(Object& object, const char16_t* field, Match match)
 template <class T>
 Result ReadList(const Object& object, const char16_t* field, int count, T* values)
 {
+    if (values == nullptr)
+    {
+        return Result(kBadArgument);
+    }
     Array<T> list;
     Result result = object.GetAttributeValue(Borrow(field), list);
     if (result.Ok())

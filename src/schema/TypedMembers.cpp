@@ -29,6 +29,13 @@ Array<Handle> ReadHandles(const Object& object, String& text)
     return reference.GetHandles();
 }
 
+// Any number of them, other than what setting the attribute takes.
+void WriteHandles(Object& object, const String& text, const Array<Handle>& handles)
+{
+    const ObjectPin pin(&object);
+    attribute_store::SetTargets(*pin, kLocation, Reference(text, handles));
+}
+
 }  // namespace
 
 // --- external references -----------------------------------------------------------------------
@@ -59,7 +66,7 @@ void AddExternalHandle(Object& object, void* data)
     String text;
     Array<Handle> handles = ReadHandles(object, text);
     handles.Add(Handle(data, GetString(object, kFormat)));
-    object.SetAttributeValue(Location(), Reference(text, handles));
+    WriteHandles(object, text, handles);
 }
 
 void SetExternalHandles(Object& object, int count, void** data)
@@ -72,7 +79,7 @@ void SetExternalHandles(Object& object, int count, void** data)
     {
         handles.Add(Handle(data[i], format));
     }
-    object.SetAttributeValue(Location(), Reference(text, handles));
+    WriteHandles(object, text, handles);
 }
 
 void* GetExternalHandle(const Object& object, int index)

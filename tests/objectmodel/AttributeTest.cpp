@@ -109,6 +109,15 @@ TEST_F(AttributeTest, TheIdIsAnAttributeOfItsOwnKind)
     ASSERT_TRUE(Instance().SetAttributeValue(u"id", 40).Ok());
     EXPECT_EQ("id40", IdOf(Instance()));
     EXPECT_FALSE(Instance().SetAttributeValue(u"id", 0).Ok());
+    EXPECT_THAT(Messages(Instance().AddAttributeValue(u"id", Reference(u"id41"))),
+                ElementsAre("ERROR 2: Incorrect Field Type."));
+    EXPECT_EQ("id40", IdOf(Instance()));
+
+    ASSERT_TRUE(Instance().SetAttributeValue(u"id", 2000000000).Ok());  // kept as text
+    ASSERT_TRUE(Instance().GetAttributeValue(u"id", number).Ok());
+    EXPECT_EQ(2000000000, number);
+    Instance().SetId(u"id2147483648");
+    EXPECT_FALSE(Instance().GetAttributeValue(u"id", number).Ok());
 
     ASSERT_TRUE(Instance().SetAttributeValue(u"id", u"bolt").Ok());
     EXPECT_THAT(Messages(Instance().GetAttributeValue(u"id", number)),
@@ -194,6 +203,19 @@ TEST_F(AttributeTest, ControlCharactersAreRefused)
                 ElementsAre("ERROR 520: Invalid Unicode character: ( 0x1 ) index: ( 2 )",
                             "ERROR 2: Unable to set attribute: \"name\"."));
     EXPECT_EQ("Bolt", Text(Instance(), u"name"));
+
+    for (const char16_t* list : {u"textureRefs", u"attributeRefs"})
+    {
+        const Reference wrong(u"#id1 #\x0001");
+        ASSERT_TRUE(Instance().AddAttributeValue(list, Reference(u"#id5")).Ok());
+        const std::string before = Text(Instance(), list);
+        const auto refused =
+            ElementsAre("ERROR 520: Invalid Unicode character: ( 0x1 ) index: ( 6 )",
+                        "ERROR 2: Unable to set attribute: \"" + Utf8(list) + "\".");
+        EXPECT_THAT(Messages(Instance().AddAttributeValue(list, wrong)), refused);
+        EXPECT_THAT(Messages(Instance().SetAttributeValue(list, wrong)), refused);
+        EXPECT_EQ(before, Text(Instance(), list));
+    }
     EXPECT_TRUE(Instance().SetAttributeValue(u"name", u"a\tb\r\n\u00e9\xd800").Ok());
 }
 
@@ -506,6 +528,21 @@ TEST_F(AttributeTest, TheTextOfAUriIsNormalisedOnlyWhereItHasTo)
     EXPECT_EQ("a b.xml d.xml #id5 e..f", Text(Instance(), u"textureRefs"));
     ASSERT_TRUE(Instance().SetAttributeValue(u"textureRefs", Array<Reference>()).Ok());
     EXPECT_FALSE(IsStored(Instance(), u"textureRefs"));
+}
+
+TEST_F(AttributeTest, AListOfUrisIsReadChangedAndSetEntryByEntry)
+{
+    Instance().SetAttributeValue(u"textureRefs", u"a%20b.xml #id5");
+    Array<Reference> entries;
+    ASSERT_TRUE(Instance().GetAttributeValue(u"textureRefs", entries).Ok());
+    ASSERT_EQ(2, entries.GetSize());
+    EXPECT_EQ("a b.xml", Utf8(entries[0].GetString()));  // unescaped, but one entry
+    entries[1] = Reference(u"#id6 #id7");
+    ASSERT_TRUE(Instance().SetAttributeValue(u"textureRefs", entries).Ok());
+    ASSERT_TRUE(Instance().GetAttributeValue(u"textureRefs", entries).Ok());
+    ASSERT_EQ(3, entries.GetSize());
+    EXPECT_EQ("a b.xml", Utf8(entries[0].GetString()));
+    EXPECT_EQ("#id6", Utf8(entries[1].GetString()));
 }
 
 TEST_F(AttributeTest, LoadAndLocationShareOneRecord)

@@ -47,7 +47,10 @@ TEST_F(MembersTest, MaterialOfAColourEqualsThatColour)
     const double far[] = {0.25, 0.5 + 1.2e-5, 0.7};
     EXPECT_EQ(1, material.EqualTo(near));
     EXPECT_EQ(0, material.EqualTo(far));
-    material.SetShininess(79.0);
+    material.SetShininess(80.00001);
+    material.SetAlpha(0.99999);
+    EXPECT_EQ(1, material.EqualTo(kColour));
+    material.SetShininess(80.000011);
     EXPECT_EQ(0, material.EqualTo(kColour));
 }
 
@@ -140,7 +143,13 @@ TEST_F(MembersTest, ClientDataStandsBelowTheLocationInItsFormat)
     EXPECT_EQ("STEP", Utf8(targets[0].GetFormat()));
 
     int other = 2;
-    void* list[] = {&other};
+    representation.AddHandle(&other);
+    EXPECT_EQ(2, representation.NumberOfHandles());
+    EXPECT_EQ(&other, representation.GetHandle(1));
+    void* list[] = {&other, &data};
+    representation.SetHandles(2, list);
+    EXPECT_EQ(2, representation.NumberOfHandles());
+    EXPECT_EQ(&other, representation.GetHandle(0));
     representation.SetHandles(1, list);
     EXPECT_EQ(1, representation.NumberOfHandles());
     EXPECT_EQ(&other, representation.GetHandle(0));

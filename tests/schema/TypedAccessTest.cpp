@@ -95,6 +95,7 @@ TEST_F(TypedAccessTest, FixedListsGoThroughBuffersOfTheirLength)
     EXPECT_TRUE(material.SetAmbient(colour).Ok());
     EXPECT_TRUE(material.GetAmbient(read).Ok());
     EXPECT_EQ(0.3, read[2]);
+    EXPECT_EQ(2, CodeOf(material.GetAmbient(nullptr)));
     EXPECT_EQ(2, CodeOf(material.SetAmbient(nullptr)));  // an empty list isn't of this length
     EXPECT_EQ(1, material.HasAmbient());
 }
