@@ -97,7 +97,9 @@ private:
 
     void AddHasAndUnset()
     {
-        Add("int", "Has" + m_name, "", true, Return("Has"), "1 when " + m_what + " has a value.");
+        Add("int", "Has" + m_name, "", true, Return("Has"),
+            "1 when " + m_what + " has a value" +
+                (m_field.defaultText ? "; its default counts." : "."));
         Add("Result", "Unset" + m_name, "", false, Return("Unset"), "Takes away " + m_what + ".");
     }
 

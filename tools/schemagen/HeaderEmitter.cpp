@@ -55,7 +55,9 @@ std::string FullName(const Class& item)
 
 std::string UserText(const Class::User& user)
 {
-    return FullName(*user.owner) + "::" + (user.field->name.empty() ? "(any)" : user.field->name);
+    // The class alone can be linked: fields are no members.
+    return FullName(*user.owner) + " (" +
+           (user.field->name.empty() ? "any child" : user.field->name) + ")";
 }
 
 std::string IncludeLine(const std::string& code, const std::string& name)
@@ -230,11 +232,12 @@ private:
     std::string ClassText() const
     {
         const std::string& name = m_owner.name;
-        std::string text = Documentation() + "class ZORVEX_API " + name + " : public " +
-                           BaseText() + "\n{\npublic:\n    " + name + "();\n" +
-                           "    /// Attaches the new object to `owner`, which may be null. A " +
-                           "refusal raises code 2.\n    explicit " + name +
-                           "(Object* owner);\n    ~" + name + "() override;\n" + HiddenNames();
+        std::string text =
+            Documentation() + "class ZORVEX_API " + name + " : public " + BaseText() +
+            "\n{\npublic:\n    /// A root that belongs to the caller.\n    " + name + "();\n" +
+            "    /// Attaches the new object to `owner`, which may be null. A " +
+            "refusal raises code 2.\n    explicit " + name + "(Object* owner);\n    ~" + name +
+            "() override;\n" + HiddenNames();
         for (const FieldGroup& group : m_groups)
         {
             if (!group.accessors.empty())

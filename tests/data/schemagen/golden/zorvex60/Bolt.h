@@ -21,10 +21,11 @@ extern ZORVEX_API short zorvexClassScrew;
 /// Class `Bolt`: schema type `BoltBase`, version "1.0 Tiny.xsd".
 ///
 /// Base: zorvex60::Part. In comparisons it counts as IdObject.
-/// Used by: zorvex60::Bolt::nutRefs, zorvex60::Bolt::boltRefs.
+/// Used by: zorvex60::Bolt (nutRefs), zorvex60::Bolt (boltRefs).
 class ZORVEX_API Bolt : public Part
 {
 public:
+    /// A root that belongs to the caller.
     Bolt();
     /// Attaches the new object to `owner`, which may be null. A refusal raises code 2.
     explicit Bolt(Object* owner);
@@ -36,7 +37,7 @@ public:
     int GetHollow() const { return typed::GetInt(*this, u"hollow"); }
     /// Sets `hollow` (logical, default "false").
     Result SetHollow(int value) { return typed::Set(*this, u"hollow", value); }
-    /// 1 when `hollow` (logical, default "false") has a value.
+    /// 1 when `hollow` (logical, default "false") has a value; its default counts.
     int HasHollow() const { return typed::Has(*this, u"hollow"); }
     /// Takes away `hollow` (logical, default "false").
     Result UnsetHollow() { return typed::Unset(*this, u"hollow"); }
@@ -67,7 +68,8 @@ public:
     /// Sets `axis` (double[3], deprecated, default "0.0,0.0,1.0"); null is refused, as any other
     /// number of values.
     Result SetAxis(const double* values) { return typed::SetList(*this, u"axis", 3, values); }
-    /// 1 when `axis` (double[3], deprecated, default "0.0,0.0,1.0") has a value.
+    /// 1 when `axis` (double[3], deprecated, default "0.0,0.0,1.0") has a value; its default
+    /// counts.
     int HasAxis() const { return typed::Has(*this, u"axis"); }
     /// Takes away `axis` (double[3], deprecated, default "0.0,0.0,1.0").
     Result UnsetAxis() { return typed::Unset(*this, u"axis"); }
@@ -131,7 +133,7 @@ public:
     eHead GetHead() const { return eHead(typed::GetString(*this, u"head")); }
     /// Sets `head` (enum eHead, default "hexagon").
     Result SetHead(const eHead& value) { return typed::Set(*this, u"head", value.ToString()); }
-    /// 1 when `head` (enum eHead, default "hexagon") has a value.
+    /// 1 when `head` (enum eHead, default "hexagon") has a value; its default counts.
     int HasHead() const { return typed::Has(*this, u"head"); }
     /// Takes away `head` (enum eHead, default "hexagon").
     Result UnsetHead() { return typed::Unset(*this, u"head"); }

@@ -15,6 +15,7 @@ extern ZORVEX_API short zorvexClassFrame;
 class ZORVEX_API Frame : public Object
 {
 public:
+    /// A root that belongs to the caller.
     Frame();
     /// Attaches the new object to `owner`, which may be null. A refusal raises code 2.
     explicit Frame(Object* owner);

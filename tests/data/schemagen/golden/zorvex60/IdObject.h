@@ -16,6 +16,7 @@ extern ZORVEX_API short zorvexClassIdObject;
 class ZORVEX_API IdObject : public Object
 {
 public:
+    /// A root that belongs to the caller.
     IdObject();
     /// Attaches the new object to `owner`, which may be null. A refusal raises code 2.
     explicit IdObject(Object* owner);

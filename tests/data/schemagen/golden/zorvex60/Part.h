@@ -15,10 +15,11 @@ extern ZORVEX_API short zorvexClassPart;
 ///
 /// Base: zorvex60::IdObject. In comparisons it counts as IdObject.
 /// Derived: zorvex60::Bolt, zorvex_cha60::Nut.
-/// Used by: zorvex60::Bolt::partRef, zorvex60::Bolt::Washer, zorvex60::Bolt::Status.
+/// Used by: zorvex60::Bolt (partRef), zorvex60::Bolt (Washer), zorvex60::Bolt (Status).
 class ZORVEX_API Part : public IdObject
 {
 public:
+    /// A root that belongs to the caller.
     Part();
     /// Attaches the new object to `owner`, which may be null. A refusal raises code 2.
     explicit Part(Object* owner);

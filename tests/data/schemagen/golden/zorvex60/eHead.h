@@ -11,7 +11,7 @@ namespace zorvex60
 extern ZORVEX_API int zorvexFieldEnumHead;
 
 /// Values of the schema type `Head`, version "1.0 Tiny.xsd"; see zorvex_api::EnumBase.
-/// Used by: zorvex60::Bolt::head, zorvex_cha60::Nut::head.
+/// Used by: zorvex60::Bolt (head), zorvex_cha60::Nut (head).
 class ZORVEX_API eHead : public zorvex_api::EnumBase
 {
 public:

@@ -14,10 +14,11 @@ extern ZORVEX_API short zorvexClassNut;
 /// Class `Nut`: schema type `NutType`, version "1.0 Other.xsd".
 ///
 /// Base: zorvex60::Part. In comparisons it counts as Part.
-/// Used by: zorvex60::Bolt::nutRefs, zorvex_cha60::Nut::Lock, zorvex_cha60::Nut::Code.
+/// Used by: zorvex60::Bolt (nutRefs), zorvex_cha60::Nut (Lock), zorvex_cha60::Nut (Code).
 class ZORVEX_API Nut : public zorvex60::Part
 {
 public:
+    /// A root that belongs to the caller.
     Nut();
     /// Attaches the new object to `owner`, which may be null. A refusal raises code 2.
     explicit Nut(Object* owner);
