@@ -11,7 +11,7 @@
 #include "objectmodel/CopyReferences.h"
 #include "objectmodel/ElementList.h"
 #include "objectmodel/ExternalRep.h"
-#include "objectmodel/MovablePin.h"
+#include "objectmodel/ObjectPin.h"
 #include "runtime/StoredText.h"
 #include "zorvex_api/Exception.h"
 #include "zorvex_api/Object.h"
@@ -72,7 +72,7 @@ private:
     /// The place in one object whose children are being copied.
     struct Frame
     {
-        MovablePin source;
+        ObjectPin source;
         ClassData* copy;
         FieldRange fields;
         size_t field = 0;
@@ -132,7 +132,7 @@ std::unique_ptr<Object> TreeCopier::Make(ClassData& source)
 
 Object* TreeCopier::Run()
 {
-    const MovablePin top(m_top);
+    const ObjectPin top(m_top);
     std::unique_ptr<Object> made = Make(*top);
     if (made == nullptr)
     {
@@ -152,7 +152,7 @@ Object* TreeCopier::Run()
 void TreeCopier::Enter(Object* source, ClassData& copy)
 {
     m_references.Note(*ClassData::Of(source), copy);
-    MovablePin pin(source);
+    ObjectPin pin(source);
     const ClassDescriptorImpl* descriptor = ClassDescriptorImpl::Of(pin->GetClassDescriptor());
     m_path.push_back(Frame{std::move(pin), &copy, descriptor->Layout().DerivedFirst()});
 }
@@ -189,7 +189,7 @@ void TreeCopier::Step()
 
 void TreeCopier::CopyChild(Object* child, FieldDescriptor& field)
 {
-    const MovablePin source(child);
+    const ObjectPin source(child);
     std::unique_ptr<Object> made = Make(*source);
     if (made == nullptr)
     {

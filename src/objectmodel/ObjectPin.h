@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "objectmodel/ClassData.h"
 #include "runtime/PagingHooks.h"
 
@@ -9,7 +11,8 @@ namespace zorvex_api
 /// Keeps an object in memory for a scope and gives its record.
 ///
 /// Every step from an Object to its ClassData in a public operation, a walk or a destructor goes
-/// through a pin. While no paging service runs it costs one test of a flag.
+/// through a pin. While no paging service runs it costs one test of a flag. It can be moved, for
+/// walks that keep their own stack.
 class ObjectPin
 {
 public:
@@ -21,6 +24,10 @@ public:
             m_pinned = true;
         }
     }
+    ObjectPin(ObjectPin&& other) noexcept
+        : m_object(other.m_object), m_pinned(std::exchange(other.m_pinned, false))
+    {
+    }
     ~ObjectPin()
     {
         if (m_pinned)
@@ -30,6 +37,7 @@ public:
     }
     ObjectPin(const ObjectPin&) = delete;
     ObjectPin& operator=(const ObjectPin&) = delete;
+    ObjectPin& operator=(ObjectPin&&) = delete;
 
     ClassData* Data() const { return ClassData::Of(m_object); }
     ClassData* operator->() const { return Data(); }

@@ -4,7 +4,6 @@
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ElementList.h"
 #include "objectmodel/ExternalRep.h"
-#include "objectmodel/MovablePin.h"
 #include "objectmodel/ObjectPin.h"
 #include "objectmodel/TraverseContextImpl.h"
 #include "zorvex_api/Object.h"
@@ -147,7 +146,7 @@ private:
         return document != nullptr && context.visited.count(document) == 0 ? document : nullptr;
     }
 
-    MovablePin m_object;
+    ObjectPin m_object;
     FieldRange m_fields;
     size_t m_field = 0;
     int m_index = 0;
