@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
+#include "objectmodel/AttributeNumbers.h"
+#include "objectmodel/ClassData.h"
 #include "objectmodel/ObjectCallbackBase.h"
 #include "objectmodel/ObjectPin.h"
+#include "runtime/StoredText.h"
 #include "runtime/Text.h"
 #include "zorvex_api/Exception.h"
 #include "zorvex_api/Reference.h"
@@ -22,9 +25,37 @@ constexpr int kBadArgument = 2;
 constexpr int kBadIndex = 16;
 
 // A String over a literal: no copy is made.
-String Borrow(const char16_t* literal)
+String Borrow(FieldName name)
 {
-    return String(literal, -1);
+    return String(name.Text(), -1);
+}
+
+TextView ViewOf(FieldName name)
+{
+    return TextView(name.Text(), name.Length());
+}
+
+/// The value of a field of exactly this name; null leaves it to the general way, which is needed
+/// for defaults, near names and messages. Most reads find it here, at the cost of a few comparisons.
+const FieldData* FindValue(const ClassData& object, FieldName name)
+{
+    constexpr int kMost = 16;
+    const TextView text = ViewOf(name);
+    const FieldData* record = object.fields;
+    for (int i = 0; record != nullptr && i < kMost; ++i, record = record->next)
+    {
+        const FieldDescriptor& field = *record->descriptor;
+        if (field.NameView() == text && (field.Kind() & field_kind::kAttributeOrContent) != 0)
+        {
+            return record->IsSet() ? record : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+bool Holds(const FieldData* record, FieldData::Form form)
+{
+    return record != nullptr && FieldData::FormOf(*record->descriptor) == form;
 }
 
 [[noreturn]] void RaiseBadIndex()
@@ -37,17 +68,17 @@ bool IsInside(const Array<Reference>& list, int index)
     return index >= 0 && index < list.GetSize();
 }
 
-Result Read(const Object& object, const char16_t* field, Array<Reference>& list)
+Result Read(const Object& object, FieldName field, Array<Reference>& list)
 {
     return object.GetAttributeValue(Borrow(field), list);
 }
 
-Result Write(Object& object, const char16_t* field, const Array<Reference>& list)
+Result Write(Object& object, FieldName field, const Array<Reference>& list)
 {
     return object.SetAttributeValue(Borrow(field), list);
 }
 
-Result SetEntry(Object& object, const char16_t* field, int index, const Reference& value)
+Result SetEntry(Object& object, FieldName field, int index, const Reference& value)
 {
     Array<Reference> list;
     Result result = Read(object, field, list);
@@ -60,7 +91,7 @@ Result SetEntry(Object& object, const char16_t* field, int index, const Referenc
     return Write(object, field, list);
 }
 
-int ReplaceEntry(Object& object, const char16_t* field, int index, const Reference& value)
+int ReplaceEntry(Object& object, FieldName field, int index, const Reference& value)
 {
     Array<Reference> list;
     if (index < 0 || !Read(object, field, list).Ok() || index >= list.GetSize())
@@ -72,7 +103,7 @@ int ReplaceEntry(Object& object, const char16_t* field, int index, const Referen
 }
 
 template <class Match>
-void RemoveFirst(Object& object, const char16_t* field, Match match)
+void RemoveFirst(Object& object, FieldName field, Match match)
 {
     Array<Reference> list;
     if (!Read(object, field, list).Ok())
@@ -89,7 +120,7 @@ void RemoveFirst(Object& object, const char16_t* field, Match match)
 }
 
 template <class T>
-Result ReadList(const Object& object, const char16_t* field, int count, T* values)
+Result ReadList(const Object& object, FieldName field, int count, T* values)
 {
     if (values == nullptr)
     {
@@ -105,13 +136,13 @@ Result ReadList(const Object& object, const char16_t* field, int count, T* value
 }
 
 template <class T>
-Result WriteList(Object& object, const char16_t* field, int count, const T* values)
+Result WriteList(Object& object, FieldName field, int count, const T* values)
 {
     return object.SetAttributeValue(Borrow(field), Array<T>(values == nullptr ? 0 : count, values));
 }
 
 // Reads exactly `count` numbers; another number of them counts as no value.
-Result ReadNumbers(const Object& object, const char16_t* field, int count, Array<double>& numbers)
+Result ReadNumbers(const Object& object, FieldName field, int count, Array<double>& numbers)
 {
     const String name = Borrow(field);
     Result result = object.GetAttributeValue(name, numbers);
@@ -152,11 +183,11 @@ private:
     Object* m_found = nullptr;
 };
 
-ElementPicker PickElement(const Object& object, const char16_t* field, int index)
+ElementPicker PickElement(const Object& object, FieldName field, int index)
 {
     const ObjectPin pin(&object);
     ElementPicker picker(index);
-    pin->ElementsByField(field, &picker);
+    pin->ElementsByField(ViewOf(field), &picker);
     return picker;
 }
 
@@ -176,103 +207,125 @@ void RaiseNotAttached(const Result& result)
 
 // --- values ------------------------------------------------------------------------------------
 
-int GetInt(const Object& object, const char16_t* field)
+int GetInt(const Object& object, FieldName field)
 {
+    {
+        const ObjectPin pin(&object);
+        if (const FieldData* found = FindValue(*pin, field); Holds(found, FieldData::Form::Int))
+        {
+            return attribute_numbers::IsLogical(*found->descriptor) ? found->Int() != 0
+                                                                     : found->Int();
+        }
+    }
     int value = 0;
     object.GetAttributeValue(Borrow(field), value);
     return value;
 }
 
-double GetDouble(const Object& object, const char16_t* field)
+double GetDouble(const Object& object, FieldName field)
 {
+    {
+        const ObjectPin pin(&object);
+        if (const FieldData* found = FindValue(*pin, field); Holds(found, FieldData::Form::Double))
+        {
+            return found->Double();
+        }
+    }
     double value = 0.0;
     object.GetAttributeValue(Borrow(field), value);
     return value;
 }
 
-String GetString(const Object& object, const char16_t* field)
+String GetString(const Object& object, FieldName field)
 {
+    {
+        const ObjectPin pin(&object);
+        if (const FieldData* found = FindValue(*pin, field); Holds(found, FieldData::Form::Text))
+        {
+            return stored::ToString(found->Text());
+        }
+    }
     String value;
     const Result result = object.GetAttributeValue(Borrow(field), value);
     return result.HasError() ? String() : value;
 }
 
-Result Set(Object& object, const char16_t* field, int value)
+Result Set(Object& object, FieldName field, int value)
 {
     return object.SetAttributeValue(Borrow(field), value);
 }
 
-Result Set(Object& object, const char16_t* field, double value)
+Result Set(Object& object, FieldName field, double value)
 {
     return object.SetAttributeValue(Borrow(field), value);
 }
 
-Result Set(Object& object, const char16_t* field, const String& value)
+Result Set(Object& object, FieldName field, const String& value)
 {
     return object.SetAttributeValue(Borrow(field), value);
 }
 
-Result Get(const Object& object, const char16_t* field, Array<int>& values)
+Result Get(const Object& object, FieldName field, Array<int>& values)
 {
     return object.GetAttributeValue(Borrow(field), values);
 }
 
-Result Get(const Object& object, const char16_t* field, Array<double>& values)
+Result Get(const Object& object, FieldName field, Array<double>& values)
 {
     return object.GetAttributeValue(Borrow(field), values);
 }
 
-Result Get(const Object& object, const char16_t* field, Vector& value)
+Result Get(const Object& object, FieldName field, Vector& value)
 {
     return object.GetAttributeValue(Borrow(field), value);
 }
 
-Result Get(const Object& object, const char16_t* field, Transf& value)
+Result Get(const Object& object, FieldName field, Transf& value)
 {
     return object.GetAttributeValue(Borrow(field), value);
 }
 
-Result Set(Object& object, const char16_t* field, const Array<int>& values)
+Result Set(Object& object, FieldName field, const Array<int>& values)
 {
     return object.SetAttributeValue(Borrow(field), values);
 }
 
-Result Set(Object& object, const char16_t* field, const Array<double>& values)
+Result Set(Object& object, FieldName field, const Array<double>& values)
 {
     return object.SetAttributeValue(Borrow(field), values);
 }
 
-Result Set(Object& object, const char16_t* field, const Vector& value)
+Result Set(Object& object, FieldName field, const Vector& value)
 {
     return object.SetAttributeValue(Borrow(field), value);
 }
 
-Result Set(Object& object, const char16_t* field, const Transf& value)
+Result Set(Object& object, FieldName field, const Transf& value)
 {
     return object.SetAttributeValue(Borrow(field), value);
 }
 
-Result GetList(const Object& object, const char16_t* field, int count, int* values)
+Result GetList(const Object& object, FieldName field, int count, int* values)
 {
     return ReadList(object, field, count, values);
 }
 
-Result GetList(const Object& object, const char16_t* field, int count, double* values)
+Result GetList(const Object& object, FieldName field, int count, double* values)
 {
     return ReadList(object, field, count, values);
 }
 
-Result SetList(Object& object, const char16_t* field, int count, const int* values)
+Result SetList(Object& object, FieldName field, int count, const int* values)
 {
     return WriteList(object, field, count, values);
 }
 
-Result SetList(Object& object, const char16_t* field, int count, const double* values)
+Result SetList(Object& object, FieldName field, int count, const double* values)
 {
     return WriteList(object, field, count, values);
 }
 
-Result GetContent(const Object& object, const char16_t* field, Vector& value)
+Result GetContent(const Object& object, FieldName field, Vector& value)
 {
     Array<double> numbers;
     Result result = ReadNumbers(object, field, 3, numbers);
@@ -283,7 +336,7 @@ Result GetContent(const Object& object, const char16_t* field, Vector& value)
     return result;
 }
 
-Result GetContent(const Object& object, const char16_t* field, Transf& value)
+Result GetContent(const Object& object, FieldName field, Transf& value)
 {
     Array<double> numbers;
     Result result = ReadNumbers(object, field, 16, numbers);
@@ -300,13 +353,13 @@ Result GetContent(const Object& object, const char16_t* field, Transf& value)
     return result;
 }
 
-Result SetContent(Object& object, const char16_t* field, const Vector& value)
+Result SetContent(Object& object, FieldName field, const Vector& value)
 {
     const double numbers[] = {value.x(), value.y(), value.z()};
     return WriteList(object, field, 3, numbers);
 }
 
-Result SetContent(Object& object, const char16_t* field, const Transf& value)
+Result SetContent(Object& object, FieldName field, const Transf& value)
 {
     double matrix[4][4];
     value.ToMatrix4x4(matrix);
@@ -318,19 +371,19 @@ Result SetContent(Object& object, const char16_t* field, const Transf& value)
     return WriteList(object, field, 16, numbers);
 }
 
-int Has(const Object& object, const char16_t* field)
+int Has(const Object& object, FieldName field)
 {
     return object.HasField(Borrow(field), kAttributes);
 }
 
-Result Unset(Object& object, const char16_t* field)
+Result Unset(Object& object, FieldName field)
 {
     return object.DeleteAttribute(Borrow(field));
 }
 
 // --- one URI -----------------------------------------------------------------------------------
 
-Result GetURI(const Object& object, const char16_t* field, Handle& handle)
+Result GetURI(const Object& object, FieldName field, Handle& handle)
 {
     Reference reference;
     Result result = object.GetAttributeValue(Borrow(field), reference);
@@ -338,12 +391,12 @@ Result GetURI(const Object& object, const char16_t* field, Handle& handle)
     return result;
 }
 
-Result SetURI(Object& object, const char16_t* field, const Handle& handle)
+Result SetURI(Object& object, FieldName field, const Handle& handle)
 {
     return object.SetAttributeValue(Borrow(field), Reference(handle));
 }
 
-Result ResolveURI(Object& object, const char16_t* field, Handle& handle,
+Result ResolveURI(Object& object, FieldName field, Handle& handle,
                   Configuration* configuration)
 {
     Reference reference;
@@ -354,24 +407,24 @@ Result ResolveURI(Object& object, const char16_t* field, Handle& handle,
 
 // --- lists of URIs -----------------------------------------------------------------------------
 
-Result AddURI(Object& object, const char16_t* field, const String& text)
+Result AddURI(Object& object, FieldName field, const String& text)
 {
     return object.AddAttributeValue(Borrow(field), Reference(text));
 }
 
-Result AddURI(Object& object, const char16_t* field, const Handle& handle)
+Result AddURI(Object& object, FieldName field, const Handle& handle)
 {
     return object.AddAttributeValue(Borrow(field), Reference(handle));
 }
 
-int CountReferences(const Object& object, const char16_t* field)
+int CountReferences(const Object& object, FieldName field)
 {
     Array<Reference> list;
     Read(object, field, list);
     return list.GetSize();
 }
 
-String GetURI(const Object& object, const char16_t* field, int index)
+String GetURI(const Object& object, FieldName field, int index)
 {
     Array<Reference> list;
     Read(object, field, list);
@@ -382,7 +435,7 @@ String GetURI(const Object& object, const char16_t* field, int index)
     return list[index].GetString();
 }
 
-Result GetURI(const Object& object, const char16_t* field, int index, Handle& handle)
+Result GetURI(const Object& object, FieldName field, int index, Handle& handle)
 {
     Array<Reference> list;
     Result result = Read(object, field, list);
@@ -395,17 +448,17 @@ Result GetURI(const Object& object, const char16_t* field, int index, Handle& ha
     return result;
 }
 
-Result SetURI(Object& object, const char16_t* field, int index, const String& text)
+Result SetURI(Object& object, FieldName field, int index, const String& text)
 {
     return SetEntry(object, field, index, Reference(text));
 }
 
-Result SetURI(Object& object, const char16_t* field, int index, const Handle& handle)
+Result SetURI(Object& object, FieldName field, int index, const Handle& handle)
 {
     return SetEntry(object, field, index, Reference(handle));
 }
 
-Result DeleteURI(Object& object, const char16_t* field, int index)
+Result DeleteURI(Object& object, FieldName field, int index)
 {
     Array<Reference> list;
     Result result = Read(object, field, list);
@@ -418,7 +471,7 @@ Result DeleteURI(Object& object, const char16_t* field, int index)
     return Write(object, field, list);
 }
 
-Result ResolveURI(Object& object, const char16_t* field, int index, Handle& handle,
+Result ResolveURI(Object& object, FieldName field, int index, Handle& handle,
                   Configuration* configuration)
 {
     Array<Reference> list;
@@ -434,19 +487,19 @@ Result ResolveURI(Object& object, const char16_t* field, int index, Handle& hand
 
 // --- one reference -----------------------------------------------------------------------------
 
-String GetId(const Object& object, const char16_t* field)
+String GetId(const Object& object, FieldName field)
 {
     Reference reference;
     object.GetAttributeValue(Borrow(field), reference);
     return reference.GetString();
 }
 
-int SetId(Object& object, const char16_t* field, const String& id)
+int SetId(Object& object, FieldName field, const String& id)
 {
     return object.SetAttributeValue(Borrow(field), id).Ok();
 }
 
-int SetRef(Object& object, const char16_t* field, Object* target)
+int SetRef(Object& object, FieldName field, Object* target)
 {
     if (target == nullptr)
     {
@@ -456,24 +509,24 @@ int SetRef(Object& object, const char16_t* field, Object* target)
     return object.SetAttributeValue(Borrow(field), Reference(Handle(target))).Ok();
 }
 
-Object* ResolveRef(Object& object, const char16_t* field, Configuration* configuration)
+Object* ResolveRef(Object& object, FieldName field, Configuration* configuration)
 {
     return ResolveRef(object, field, 0, configuration);
 }
 
 // --- lists of references -----------------------------------------------------------------------
 
-int AddId(Object& object, const char16_t* field, const String& id)
+int AddId(Object& object, FieldName field, const String& id)
 {
     return AddURI(object, field, id).Ok();
 }
 
-int AddRef(Object& object, const char16_t* field, Object* target)
+int AddRef(Object& object, FieldName field, Object* target)
 {
     return AddURI(object, field, Handle(target)).Ok();
 }
 
-String GetId(const Object& object, const char16_t* field, int index)
+String GetId(const Object& object, FieldName field, int index)
 {
     if (index < 0)
     {
@@ -491,7 +544,7 @@ String GetId(const Object& object, const char16_t* field, int index)
     return list[index].GetString();
 }
 
-void GetIds(const Object& object, const char16_t* field, Array<String>& ids)
+void GetIds(const Object& object, FieldName field, Array<String>& ids)
 {
     Array<Reference> list;
     Read(object, field, list);
@@ -501,17 +554,17 @@ void GetIds(const Object& object, const char16_t* field, Array<String>& ids)
     }
 }
 
-int SetId(Object& object, const char16_t* field, int index, const String& id)
+int SetId(Object& object, FieldName field, int index, const String& id)
 {
     return ReplaceEntry(object, field, index, Reference(id));
 }
 
-int SetRef(Object& object, const char16_t* field, int index, Object* target)
+int SetRef(Object& object, FieldName field, int index, Object* target)
 {
     return ReplaceEntry(object, field, index, Reference(Handle(target)));
 }
 
-void RemoveRef(Object& object, const char16_t* field, int index)
+void RemoveRef(Object& object, FieldName field, int index)
 {
     if (index < 0)
     {
@@ -530,12 +583,12 @@ void RemoveRef(Object& object, const char16_t* field, int index)
     Write(object, field, list);
 }
 
-void RemoveRef(Object& object, const char16_t* field, const String& id)
+void RemoveRef(Object& object, FieldName field, const String& id)
 {
     RemoveFirst(object, field, [&](const Reference& entry) { return entry.GetString() == id; });
 }
 
-void RemoveRef(Object& object, const char16_t* field, const Object* target)
+void RemoveRef(Object& object, FieldName field, const Object* target)
 {
     if (target == nullptr)
     {
@@ -545,14 +598,14 @@ void RemoveRef(Object& object, const char16_t* field, const Object* target)
                 [&](const Reference& entry) { return entry.GetHandle().GetObject() == target; });
 }
 
-Object* ResolveRef(Object& object, const char16_t* field, int index, Configuration* configuration)
+Object* ResolveRef(Object& object, FieldName field, int index, Configuration* configuration)
 {
     Array<Reference> list;
     const Result result = object.ResolveAttributeValue(Borrow(field), list, configuration);
     return result.Ok() && IsInside(list, index) ? list[index].GetHandle().GetObject() : nullptr;
 }
 
-void ResolveRefs(Object& object, const char16_t* field, Array<Object*>& targets,
+void ResolveRefs(Object& object, FieldName field, Array<Object*>& targets,
                  Configuration* configuration)
 {
     Array<Reference> list;
@@ -568,22 +621,22 @@ void ResolveRefs(Object& object, const char16_t* field, Array<Object*>& targets,
 
 // --- elements ----------------------------------------------------------------------------------
 
-Object* GetElement(const Object& object, const char16_t* field)
+Object* GetElement(const Object& object, FieldName field)
 {
     return GetElement(object, field, 0);
 }
 
-Object* GetElement(const Object& object, const char16_t* field, int index)
+Object* GetElement(const Object& object, FieldName field, int index)
 {
     return PickElement(object, field, index).Found();
 }
 
-int CountElements(const Object& object, const char16_t* field)
+int CountElements(const Object& object, FieldName field)
 {
     return PickElement(object, field, -1).Count();
 }
 
-Object* AddSingleElement(Object& object, const char16_t* className, const char16_t* field)
+Object* AddSingleElement(Object& object, const char16_t* className, FieldName field)
 {
     if (object.HasField(Borrow(field), kElements))
     {
@@ -592,25 +645,25 @@ Object* AddSingleElement(Object& object, const char16_t* className, const char16
     return AddElement(object, className, field);
 }
 
-Object* AddElement(Object& object, const char16_t* className, const char16_t* field)
+Object* AddElement(Object& object, const char16_t* className, FieldName field)
 {
     Object* element = nullptr;
-    object.AddElement(Borrow(className), Borrow(field), element);
+    object.AddElement(String(className, -1), Borrow(field), element);
     return element;
 }
 
-Result AttachElement(Object& object, Object* element, const char16_t* field)
+Result AttachElement(Object& object, Object* element, FieldName field)
 {
     return element == nullptr ? Result(kBadArgument) : element->SetOwner(&object, Borrow(field));
 }
 
-void GetElements(const Object& object, const char16_t* field, Array<Object*>& elements)
+void GetElements(const Object& object, FieldName field, Array<Object*>& elements)
 {
     elements.RemoveAll();
     object.GetElementsByField(Borrow(field), elements);
 }
 
-void DeleteElement(Object& object, const char16_t* field, int index)
+void DeleteElement(Object& object, FieldName field, int index)
 {
     Object* element = GetElement(object, field, index);
     if (element == nullptr)
@@ -625,7 +678,7 @@ void DeleteElement(Object& object, Object* element)
     object.DeleteElement(element);
 }
 
-void DeleteElements(Object& object, const char16_t* field)
+void DeleteElements(Object& object, FieldName field)
 {
     object.DeleteElementsByField(Borrow(field));
 }
