@@ -159,7 +159,8 @@ public:
     int SetFieldDefault(const String& field, const String& value);
     int SetFieldRequired(const String& field, int required);
     int SetFieldDeprecated(const String& field, int deprecated);
-    /// 1 is no array, 0 an array of any length. A negative length gives 0.
+    /// 1 is no array, 0 an array of any length. Gives 0 for a negative length, and for another
+    /// length of a field of numbers that objects already hold.
     int SetFieldLength(const String& field, int length);
     /// Appends a null-terminated list of UTF-8 texts; 0 for a field that is no enumeration.
     int SetFieldAllowedValues(const String& field, const char** const values);

@@ -1,10 +1,14 @@
 #include "document/DocumentLoad.h"
 
+#include <algorithm>
+#include <array>
+
 #include "document/DocumentReader.h"
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ExternalRep.h"
 #include "objectmodel/IdTable.h"
 #include "objectmodel/ObjectPin.h"
+#include "runtime/PagingHooks.h"
 #include "transport/AdapterImpl.h"
 #include "transport/DocumentPointer.h"
 #include "transport/LoadText.h"
@@ -22,6 +26,36 @@ namespace zorvex_adapter
 
 using namespace zorvex_api;
 using namespace zorvex_api::internal;
+
+namespace
+{
+
+constexpr std::size_t kBatch = 32;
+
+/// The reference that was read, null when it is no longer there.
+ExternalRep* ReferenceOf(const ReferenceData& reference)
+{
+    const FieldData* stored = ClassData::Of(reference.object)->FindField(reference.field);
+    if (stored == nullptr || !stored->IsSet())
+    {
+        return nullptr;
+    }
+    if (reference.field->Type() != zorvexFieldMultipleURI)
+    {
+        return stored->External();
+    }
+    return reference.index < stored->Externals()->GetSize()
+               ? (*stored->Externals())[reference.index]
+               : nullptr;
+}
+
+void Link(ExternalRep& rep, Object* target)
+{
+    rep.LinkTarget(target);
+    rep.flags |= rep.format == nullptr ? ExternalRep::kZorvexFormat : 0;
+}
+
+}  // namespace
 
 DocumentLoad::DocumentLoad(Adapter& adapter, const PluginProcessData& data)
     : m_adapter(adapter),
@@ -148,59 +182,99 @@ void DocumentLoad::HandOut()
 
 void DocumentLoad::ResolveReferences()
 {
-    // Their objects lie all over the memory: they are asked for some steps ahead.
-    constexpr std::size_t kAhead = 12;
-    for (std::size_t i = 0; i < m_references.size(); ++i)
+    const IdTable* table =
+        m_roots.GetSize() == 1 ? ClassData::Of(m_roots[0].GetObject())->Root()->idTable : nullptr;
+    const bool inBatches = table != nullptr && !PagingHooks::IsActive();
+    std::array<ReferenceData, kBatch> batch;
+    for (std::size_t i = 0; i < m_references.size(); i += kBatch)
     {
-        if (i + kAhead < m_references.size())
+        const std::size_t count = std::min(kBatch, m_references.size() - i);
+        std::copy_n(m_references.begin() + static_cast<std::ptrdiff_t>(i), count, batch.begin());
+        if (inBatches && LinkBatch(batch.data(), count, *table))
         {
-            const char* const shell =
-                reinterpret_cast<const char*>(m_references[i + kAhead].object);
-            __builtin_prefetch(shell);
-            __builtin_prefetch(shell + 64);
+            continue;
         }
-        ResolveReference(m_references[i]);
+        for (std::size_t k = 0; k < count; ++k)
+        {
+            ResolveReference(batch[k]);
+        }
     }
+}
+
+/// Links references that are all of the common kind, "#id12" of this document; false, with nothing
+/// done, when one is of another kind. They and their targets lie all over the memory, so that what
+/// costs is waiting for it: each step is done for all of them, asking for what the next one needs.
+bool DocumentLoad::LinkBatch(const ReferenceData* references, std::size_t count,
+                             const IdTable& table)
+{
+    std::array<ExternalRep*, kBatch> reps;
+    std::array<ClassData*, kBatch> targets;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        __builtin_prefetch(references[i].object);
+        __builtin_prefetch(reinterpret_cast<const char*>(references[i].object) + 64);
+    }
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        reps[i] = ReferenceOf(references[i]);
+        __builtin_prefetch(reps[i]);
+    }
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (reps[i] != nullptr && (reps[i]->flags & ExternalRep::kNumericText) == 0)
+        {
+            return false;
+        }
+        if (reps[i] != nullptr)
+        {
+            table.PrefetchPlace(reps[i]->number);
+        }
+    }
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (reps[i] != nullptr)
+        {
+            table.PrefetchEntry(reps[i]->number);
+        }
+    }
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        targets[i] = reps[i] != nullptr ? table.Find(IdValue(reps[i]->number)) : nullptr;
+        __builtin_prefetch(targets[i] != nullptr ? targets[i]->incoming : nullptr, 1);
+    }
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (targets[i] != nullptr)
+        {
+            Link(*reps[i], targets[i]->object);
+        }
+    }
+    return true;
 }
 
 void DocumentLoad::ResolveReference(const ReferenceData& reference)
 {
     const ObjectPin pin(reference.object);
-    const FieldData* stored = pin->FindField(reference.field);
-    if (stored == nullptr || !stored->IsSet())
-    {
-        return;
-    }
-    ExternalRep* rep = nullptr;
-    if (reference.field->Type() != zorvexFieldMultipleURI)
-    {
-        rep = stored->External();
-    }
-    else if (reference.index < stored->Externals()->GetSize())
-    {
-        rep = (*stored->Externals())[reference.index];
-    }
+    ExternalRep* rep = ReferenceOf(reference);
     if (rep == nullptr)
     {
         return;
     }
-    if ((rep->flags & ExternalRep::kNumericText) != 0)
+    if ((rep->flags & ExternalRep::kNumericText) == 0)
     {
-        // The common case: "#id12" of this document.
-        const IdValue wanted(rep->number);
-        for (int i = 0; i < m_roots.GetSize(); ++i)
-        {
-            if (Object* found = ClassData::Of(m_roots[i].GetObject())->ResolveId(wanted))
-            {
-                rep->LinkTarget(found);
-                rep->flags |= rep->format == nullptr ? ExternalRep::kZorvexFormat : 0;
-                return;
-            }
-        }
+        rep->ResolveAfterParse(reference.object, &m_adapter, m_options, m_resolver, reference.field,
+                               1, m_result, m_roots);
         return;
     }
-    rep->ResolveAfterParse(reference.object, &m_adapter, m_options, m_resolver, reference.field, 1,
-                           m_result, m_roots);
+    const IdValue wanted(rep->number);
+    for (int i = 0; i < m_roots.GetSize(); ++i)
+    {
+        if (Object* found = ClassData::Of(m_roots[i].GetObject())->ResolveId(wanted))
+        {
+            Link(*rep, found);
+            return;
+        }
+    }
 }
 
 void DocumentLoad::ReportEnd()

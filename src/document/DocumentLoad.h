@@ -8,6 +8,7 @@
 
 namespace zorvex_api
 {
+class IdTable;
 class Adapter;
 class Configuration;
 class PluginProcessData;
@@ -39,6 +40,8 @@ private:
     void HandOut();
     void ResolveReferences();
     void ResolveReference(const zorvex_api::ReferenceData& reference);
+    bool LinkBatch(const zorvex_api::ReferenceData* references, std::size_t count,
+                   const zorvex_api::IdTable& table);
     void ReportEnd();
     void MarkRoots();
 

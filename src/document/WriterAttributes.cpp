@@ -154,14 +154,13 @@ void ZORVEXWriter::AppendUris(ClassData& data, FieldDescriptor& field, const Fie
         }
         return;
     }
-    const int count = field.Type() == zorvexFieldMultipleURI ? stored.Externals()->GetSize() : 1;
-    for (int i = 0; i < count; ++i)
+    if (field.Type() != zorvexFieldMultipleURI)
     {
-        if (i > 0)
-        {
-            m_value += ' ';
-        }
-        AppendUri(data, field, i);
+        AppendUri(data, field, 0, stored.External());
+    }
+    else
+    {
+        AppendUriList(data, field, *stored.Externals());
     }
     // A reader puts "#" in front of a `partRef` without one: a whole document needs its chain.
     if (field.NameView() == u"partRef" && !m_value.empty() &&
@@ -171,9 +170,48 @@ void ZORVEXWriter::AppendUris(ClassData& data, FieldDescriptor& field, const Fie
     }
 }
 
-void ZORVEXWriter::AppendUri(ClassData& data, FieldDescriptor& field, int index)
+void ZORVEXWriter::AppendUriList(ClassData& data, FieldDescriptor& field,
+                                 const Array<ExternalRep*>& list)
 {
-    const ExternalRep* rep = ReferenceAt(data, field, index);
+    // Targets lie all over the memory: they are asked for some steps ahead.
+    constexpr int kAhead = 6;
+    const unsigned before = m_disturbances;
+    const int count = list.GetSize();
+    for (int i = 0; i < count; ++i)
+    {
+        if (before == m_disturbances && i + kAhead < count)
+        {
+            __builtin_prefetch(list[i + kAhead]->TargetObject());
+        }
+        if (i > 0)
+        {
+            m_value += ' ';
+        }
+        // A nested save could have taken the list away.
+        AppendUri(data, field, i, before == m_disturbances ? list[i] : ReferenceAt(data, field, i));
+    }
+}
+
+/// Whether an object belongs to the tree that is written. Most have the parent of the one before.
+bool ZORVEXWriter::IsInTree(ClassData& object)
+{
+    if (object.owner != nullptr && object.owner == m_parentInTree &&
+        m_parentFoundAt == m_disturbances)
+    {
+        return true;
+    }
+    if (object.Root() != m_treeRoot)
+    {
+        return false;
+    }
+    m_parentInTree = object.owner;
+    m_parentFoundAt = m_disturbances;
+    return true;
+}
+
+void ZORVEXWriter::AppendUri(ClassData& data, FieldDescriptor& field, int index,
+                             const ExternalRep* rep)
+{
     if (rep == nullptr)
     {
         return;
@@ -182,7 +220,7 @@ void ZORVEXWriter::AppendUri(ClassData& data, FieldDescriptor& field, int index)
     {
         m_hasExternalReference = true;
         ClassData* target = ClassData::Of(rep->TargetObject());
-        if (target != nullptr && target->id.HasValue() && target->Root() == m_treeRoot)
+        if (target != nullptr && target->id.HasValue() && IsInTree(*target))
         {
             m_value += '#';
             target->id.AppendTo(m_value);

@@ -66,22 +66,6 @@ bool IsWrittenAttribute(const FieldDescriptor& field)
            !(field.IsBuiltIn() && &field == FieldDescriptor::BuiltIn(FieldDescriptor::kId));
 }
 
-bool HoldsNumbers(const FieldDescriptor& field)
-{
-    switch (FieldData::FormOf(field))
-    {
-        case FieldData::Form::Int:
-        case FieldData::Form::Ints:
-        case FieldData::Form::IntArray:
-        case FieldData::Form::Double:
-        case FieldData::Form::Doubles:
-        case FieldData::Form::DoubleArray:
-            return true;
-        default:
-            return false;
-    }
-}
-
 WriterStep MakeStep(FieldDescriptor& field, int record)
 {
     WriterStep step{};
@@ -91,7 +75,7 @@ WriterStep MakeStep(FieldDescriptor& field, int record)
     step.defaultText = ToUtf8(field.DefaultView());
     step.hasDefault = field.HasDefault();
     step.required = field.IsRequired();
-    step.plain = HoldsNumbers(field);
+    step.plain = FieldData::HoldsNumbers(field);
     step.mayBreak =
         field.Type() == zorvexFieldMultipleReference || field.Type() == zorvexFieldMultipleURI;
     step.lowerFirst = field.Owner() != nullptr && !field.Owner()->HasSchemaFile();

@@ -19,6 +19,7 @@ class Configuration;
 class Pointer;
 class Stream;
 class URIResolver;
+struct ExternalRep;
 }  // namespace zorvex_api
 
 namespace zorvex_adapter
@@ -103,7 +104,11 @@ private:
     void WriteField(ClassData& data, const WriterStep& step, const FieldData* stored);
     std::string_view ValueOf(ClassData& data, const WriterStep& step, const FieldData* stored);
     void AppendUris(ClassData& data, FieldDescriptor& field, const FieldData& stored);
-    void AppendUri(ClassData& data, FieldDescriptor& field, int index);
+    void AppendUriList(ClassData& data, FieldDescriptor& field,
+                       const zorvex_api::Array<zorvex_api::ExternalRep*>& list);
+    void AppendUri(ClassData& data, FieldDescriptor& field, int index,
+                   const zorvex_api::ExternalRep* rep);
+    bool IsInTree(ClassData& object);
     void AppendForeignUri(ClassData& data, FieldDescriptor& field, int index);
     const zorvex_api::Pointer& PointerOf(Object* root);
 
@@ -119,9 +124,11 @@ private:
     bool m_hasExternalReference = false;
     bool m_writesNamespaces = true;
     int m_referenceMode = 2;
-    std::string m_value;                    // the value in hand, UTF-8
-    std::u16string m_wide;                  // scratch
-    const ClassData* m_treeRoot = nullptr;  // of the tree that is written
+    std::string m_value;                     // the value in hand, UTF-8
+    std::u16string m_wide;                   // scratch
+    const ClassData* m_treeRoot = nullptr;   // of the tree that is written
+    const Object* m_parentInTree = nullptr;  // of the last object found in it
+    unsigned m_parentFoundAt = 0;            // m_disturbances then
     std::vector<Frame> m_frames;
     std::vector<FieldData*> m_records;  // the fields of the open elements
     // Raised whenever the application could have changed the tree: fields are looked up anew then.

@@ -302,6 +302,7 @@ FieldData* ClassData::AddField(FieldDescriptor* field)
         }
     }
     FieldData* data = static_cast<FieldData*>(FreeList<sizeof(FieldData)>::Take());
+    field->NoteUse();
     data->descriptor = field;
     data->value = FieldData::kNotSet;
     data->next = fields;

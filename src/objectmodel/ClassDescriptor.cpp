@@ -2,6 +2,7 @@
 
 #include "objectmodel/ClassDescriptorImpl.h"
 #include "objectmodel/ClassRegistry.h"
+#include "objectmodel/FieldData.h"
 #include "zorvex_api/Exception.h"
 
 namespace zorvex_api
@@ -381,8 +382,14 @@ int ClassDescriptor::SetFieldDeprecated(const String& field, int deprecated)
 
 int ClassDescriptor::SetFieldLength(const String& field, int length)
 {
-    return m_impl->ChangeField(View(field),
-                               [&](FieldDescriptor& own) { return own.SetLength(length); });
+    const auto change = [&](FieldDescriptor& own)
+    {
+        // Objects hold values in the form that the length asks for.
+        const bool isHeld = own.Length() != length && own.WasUsed() &&
+                            FieldData::HoldsNumbers(own) && m_impl->IsUsedByObjects();
+        return !isHeld && own.SetLength(length);
+    };
+    return m_impl->ChangeField(View(field), change);
 }
 
 int ClassDescriptor::SetFieldAllowedValues(const String& field, const char** const values)

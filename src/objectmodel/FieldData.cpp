@@ -274,6 +274,22 @@ Form FieldData::FormOf(const FieldDescriptor& descriptor)
     }
 }
 
+bool FieldData::HoldsNumbers(const FieldDescriptor& descriptor)
+{
+    switch (FormOf(descriptor))
+    {
+        case Form::Int:
+        case Form::Ints:
+        case Form::IntArray:
+        case Form::Double:
+        case Form::Doubles:
+        case Form::DoubleArray:
+            return true;
+        default:
+            return false;
+    }
+}
+
 int FieldData::NumberCount(const FieldDescriptor& descriptor)
 {
     switch (descriptor.Type())

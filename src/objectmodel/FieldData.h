@@ -107,6 +107,8 @@ struct FieldData
         Enum
     };
     static Form FormOf(const FieldDescriptor& descriptor);
+    /// Whether the values are integers, logicals or doubles, one or several.
+    static bool HoldsNumbers(const FieldDescriptor& descriptor);
     /// How many numbers a fixed field holds: 16 for a matrix, 3 for a vector, else its length.
     static int NumberCount(const FieldDescriptor& descriptor);
 

@@ -83,6 +83,15 @@ public:
     bool IsWildcard() const { return m_nameView.empty(); }
     bool IsRequired() const { return m_required; }
     bool IsDeprecated() const { return m_deprecated; }
+    /// Whether an object ever had a record of the field.
+    bool WasUsed() const { return m_used.load(std::memory_order_relaxed); }
+    void NoteUse()
+    {
+        if (!WasUsed())
+        {
+            m_used.store(true, std::memory_order_relaxed);
+        }
+    }
     bool SuppressId() const { return m_suppressId; }
     bool HasLegacyName() const { return m_legacyName; }
     /// 1 is no array, 0 any length.
@@ -180,6 +189,7 @@ private:
     bool m_variableLength = false;
     bool m_required = false;
     bool m_deprecated = false;
+    std::atomic<bool> m_used{false};
     bool m_suppressId = false;
     bool m_legacyName = false;
     bool m_searchAllNamespaces = false;

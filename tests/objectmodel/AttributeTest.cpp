@@ -304,6 +304,16 @@ protected:
     std::unique_ptr<Object> m_object;
 };
 
+TEST_F(OwnFieldsTest, TheLengthOfNumbersThatAnObjectHoldsStays)
+{
+    ASSERT_TRUE(m_object->SetAttributeValue(u"pair", u"7 8").Ok());
+    EXPECT_EQ(0, m_class->SetFieldLength(u"pair", 3));
+    EXPECT_EQ(1, m_class->SetFieldLength(u"pair", 2)) << "nothing changes";
+    EXPECT_EQ("7 8", Text(*m_object, u"pair"));
+    m_object.reset();
+    EXPECT_EQ(1, m_class->SetFieldLength(u"pair", 3));
+}
+
 TEST_F(OwnFieldsTest, AnIntListKeepsTheNumbersBeforeTheBadOne)
 {
     EXPECT_THAT(Messages(m_object->SetAttributeValue(u"counts", u"1 2\t99999999999 4")),
