@@ -1,5 +1,7 @@
 #include "document/ZORVEXAdapter.h"
 
+#include <unordered_set>
+
 #include "document/DocumentLoad.h"
 #include "document/DocumentSave.h"
 #include "objectmodel/ClassData.h"
@@ -267,10 +269,11 @@ void ZORVEX::Locate(const PluginProcessData& data)
 void ZORVEX::Destroy(const PluginProcessData& data)
 {
     auto* handles = GetSlot<Array<Handle>>(data, kHandlesSlot);
+    std::unordered_set<Object*> gone;  // LOCATE gives a root once for each of its candidates
     for (int i = 0; handles != nullptr && i < handles->GetSize(); ++i)
     {
         Object* object = (*handles)[i].GetObject();
-        if (object != nullptr && object->GetOwner() == nullptr)
+        if (object != nullptr && gone.insert(object).second && object->GetOwner() == nullptr)
         {
             delete object;
         }

@@ -59,7 +59,7 @@ String Join(const String& base, const String& name)
 {
     if (base.IsEmpty() != 0 || name.IsEmpty() != 0)
     {
-        return base.IsEmpty() != 0 ? name : base;
+        return base.IsEmpty() != 0 ? internal::AsPlace(name) : base;
     }
     return View(base).back() == u'/' ? base + name : base + u"/" + name;
 }

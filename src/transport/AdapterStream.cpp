@@ -24,7 +24,7 @@ String PutInFront(const String& context, const String& name)
 {
     if (context.IsEmpty() != 0)
     {
-        return name;
+        return AsPlace(name);
     }
     return View(context).back() == u'/' ? context + name : context + u"/" + name;
 }

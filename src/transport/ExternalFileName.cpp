@@ -124,7 +124,8 @@ void AddControls(const FileNameSource& source, bool withLast, Naming& naming)
     for (int i = 0; i < count; ++i)
     {
         const TextView control = View(pointer.GetControlString(i));
-        if (control.empty() || control == u"Facetmesh" || control == u"body")
+        const bool isAddress = pointer.GetAdapterType(i) == u"STREAM";
+        if (control.empty() || isAddress || control == u"Facetmesh" || control == u"body")
         {
             continue;
         }

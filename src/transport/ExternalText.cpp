@@ -140,7 +140,10 @@ bool HasParentSegment(TextView text)
 
 // --- relative texts ------------------------------------------------------------------------------
 
+using internal::AsPlace;
 using internal::FromFolderOf;
+using internal::LocationOf;
+using internal::QueryOf;
 
 bool HasLocation(const Pointer& pointer)
 {
@@ -174,7 +177,8 @@ String WholeText(const Pointer& pointer)
     const TextView text = View(pointer.GetString());
     const int fragment = pointer.HasFragment() != 0 ? pointer.GetFragment().GetLength() + 1 : 0;
     const TextView location = text.substr(0, text.size() - static_cast<std::size_t>(fragment));
-    return location.empty() ? pointer.GetString() : ToString(location) + FragmentOf(pointer);
+    return location.empty() ? pointer.GetString()
+                            : AsPlace(ToString(location)) + FragmentOf(pointer);
 }
 
 Pointer WithChainOf(const Pointer& pointer, const String& place)
@@ -187,11 +191,19 @@ Pointer WithChainOf(const Pointer& pointer, const String& place)
     return made;
 }
 
-/// The segments of a path that is relative to the working folder.
+/// The segments of a path that is relative to the working folder; "./d" is "d".
 Array<String> Segments(const String& path)
 {
+    Array<String> all;
+    path.Split(u"/", all);
     Array<String> segments;
-    path.Split(u"/", segments);
+    for (const String& segment : all)
+    {
+        if (segment != u".")
+        {
+            segments.Add(segment);
+        }
+    }
     return segments;
 }
 
@@ -256,7 +268,22 @@ String FromOtherFolder(const Pointer& target, const Pointer& document)
     {
         return Pointer(WorkingFolder() + target.GetFullPath()).GetString() + FragmentOf(target);
     }
-    return WayBetween(from, Segments(target.GetPath())) + target.GetFileName() + FragmentOf(target);
+    const String way = WayBetween(from, Segments(target.GetPath()));
+    return AsPlace(way + target.GetFileName()) + FragmentOf(target);
+}
+
+bool IsSameDocument(const Pointer& a, const Pointer& b)
+{
+    return a.GetAbsolutePath() == b.GetAbsolutePath() && LocationOf(a) == LocationOf(b) &&
+           QueryOf(a) == QueryOf(b);
+}
+
+/// The name within the folder, with what else a server is to be asked for.
+String NameInFolder(const Pointer& pointer)
+{
+    const String name = AsPlace(pointer.GetFileName());
+    const String query = QueryOf(pointer);
+    return query.IsEmpty() != 0 ? name : name + u"?" + query;
 }
 
 }  // namespace
@@ -292,7 +319,7 @@ String TextWithin(Object* owner, const Pointer& pointer, const Pointer& before)
     if (document != nullptr && DependsOnFolder(before) &&
         FromFolderOf(*document, before).GetAbsolutePath() == pointer.GetAbsolutePath())
     {
-        return WholeText(WithChainOf(pointer, before.GetFullPath()));
+        return WholeText(WithChainOf(pointer, AsPlace(before.GetFullPath())));
     }
     return TextWithin(owner, pointer);
 }
@@ -328,18 +355,17 @@ void ExternalRep::GetRelativeText(const Pointer& document, String& out) const
     String relative;
     if (!HasLocation(pointer))
     {
-        relative = pointer.GetString();
+        relative = pointer.GetString().IsEmpty() != 0 ? GetText() : pointer.GetString();  // "#"
     }
-    else if (pointer.GetAbsolutePath() == document.GetAbsolutePath())
+    else if (IsSameDocument(pointer, document))
     {
         relative = u"#" + pointer.GetFragment();
     }
-    else if (pointer.GetNetPath() == document.GetNetPath())
+    else if (LocationOf(pointer) == LocationOf(document))
     {
-        relative = pointer.GetFileName() + FragmentOf(pointer);
+        relative = NameInFolder(pointer) + FragmentOf(pointer);
     }
-    else if (own != nullptr && own->GetNetPath() == document.GetNetPath() &&
-             DependsOnFolder(stored))
+    else if (own != nullptr && LocationOf(*own) == LocationOf(document) && DependsOnFolder(stored))
     {
         relative = WholeText(stored);  // beside its former self a document keeps its ways
     }

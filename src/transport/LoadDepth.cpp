@@ -13,22 +13,27 @@ namespace zorvex_api::internal
 namespace
 {
 
-constexpr TextView kOption = u"adapters/ZORVEX/import/max_documents";
-constexpr long kStandardLimit = 1000;
+constexpr const char* kDepthOption = "adapters/ZORVEX/import/max_documents";
+constexpr long kStandardDepth = 1000;
+// Documents that lead to each other by ever new names make a tree instead of a chain.
+constexpr const char* kCountOption = "adapters/ZORVEX/import/max_all_documents";
+constexpr long kStandardCount = 100000;
 
 thread_local long t_depth = 0;
-thread_local long t_limit = kStandardLimit;
+thread_local long t_depthLimit = kStandardDepth;
+thread_local long t_count = 0;  // all documents of the outermost load so far
+thread_local long t_countLimit = kStandardCount;
 
 /// A value that isn't a number above 0 leaves the standard.
-long ReadLimit(Configuration* options)
+long ReadLimit(Configuration* options, const char* option, long standard)
 {
     String value;
-    if (options == nullptr || options->Get(ToString(kOption), value) == nullptr)
+    if (options == nullptr || options->Get(option, value) == nullptr)
     {
-        return kStandardLimit;
+        return standard;
     }
     const long limit = std::strtol(ToUtf8(value).c_str(), nullptr, 10);
-    return limit > 0 ? limit : kStandardLimit;
+    return limit > 0 ? limit : standard;
 }
 
 }  // namespace
@@ -37,9 +42,12 @@ LoadDepth::LoadDepth(Configuration* options)
 {
     if (t_depth == 0)
     {
-        t_limit = ReadLimit(options);
+        t_depthLimit = ReadLimit(options, kDepthOption, kStandardDepth);
+        t_countLimit = ReadLimit(options, kCountOption, kStandardCount);
+        t_count = 0;
     }
     ++t_depth;
+    ++t_count;
 }
 
 LoadDepth::~LoadDepth()
@@ -49,18 +57,25 @@ LoadDepth::~LoadDepth()
 
 bool LoadDepth::Allows(const String& uri, Result& result) const
 {
-    if (t_depth <= t_limit && (t_depth == 1 || HasStackSpace()))
+    const bool fits = t_depth <= t_depthLimit && t_count <= t_countLimit;
+    if (fits && (t_depth == 1 || HasStackSpace()))
     {
         return true;
     }
     const std::string name = ToUtf8(uri);
-    const std::string option = ToUtf8(kOption);
-    if (t_depth > t_limit)
+    if (t_depth > t_depthLimit)
     {
         result.AddError(
             4, String::Format("Unable to load: \"%s\": a chain of more than %ld documents that "
                               "refer to each other (option \"%s\")",
-                              name.c_str(), t_limit, option.c_str()));
+                              name.c_str(), t_depthLimit, kDepthOption));
+        return false;
+    }
+    if (t_count > t_countLimit)
+    {
+        result.AddError(4, String::Format("Unable to load: \"%s\": more than %ld documents in one "
+                                          "load (option \"%s\")",
+                                          name.c_str(), t_countLimit, kCountOption));
         return false;
     }
     result.AddError(
@@ -68,7 +83,7 @@ bool LoadDepth::Allows(const String& uri, Result& result) const
         String::Format("Unable to load: \"%s\": the stack of this thread has no room for a chain "
                        "of more than %ld documents that refer to each other (option \"%s\" "
                        "allows %ld)",
-                       name.c_str(), t_depth - 1, option.c_str(), t_limit));
+                       name.c_str(), t_depth - 1, kDepthOption, t_depthLimit));
     return false;
 }
 

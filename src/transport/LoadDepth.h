@@ -11,10 +11,11 @@ namespace internal
 {
 
 /// Counts the documents of one chain of references that are being loaded on this thread, for the
-/// length of a scope: a.xml pulls in b.xml, which pulls in c.xml, and so on.
+/// length of a scope: a.xml pulls in b.xml, which pulls in c.xml, and so on; and all documents that
+/// one load opens.
 ///
-/// Made around each load of a document. The option "adapters/ZORVEX/import/max_documents" of the
-/// outermost load is the limit.
+/// Made around each load of a document. The options "adapters/ZORVEX/import/max_documents" (of one
+/// chain) and "adapters/ZORVEX/import/max_all_documents" of the outermost load are the limits.
 class LoadDepth
 {
 public:
@@ -24,7 +25,7 @@ public:
     LoadDepth(const LoadDepth&) = delete;
     LoadDepth& operator=(const LoadDepth&) = delete;
 
-    /// False, with error 4 that names the option, when the limit is passed or the stack of the
+    /// False, with error 4 that names the option, when a limit is passed or the stack of the
     /// thread has no room for another document: then `uri` must not be loaded.
     bool Allows(const String& uri, Result& result) const;
 };

@@ -10,6 +10,12 @@ namespace
 
 constexpr int kStandardPort = 80;
 
+bool NamesFile(const Pointer& pointer)
+{
+    const String scheme = pointer.GetScheme().LowerCase();
+    return scheme.IsEmpty() != 0 || scheme == u"file";
+}
+
 }  // namespace
 
 String LocationOf(const Pointer& pointer)
@@ -36,8 +42,17 @@ String WithQuery(const String& name, const String& query)
     {
         return name;
     }
-    const String scheme = Pointer(name).GetScheme().LowerCase();
-    return scheme.IsEmpty() != 0 || scheme == u"file" ? name : name + u"?" + query;
+    return NamesFile(Pointer(name)) ? name : name + u"?" + query;
+}
+
+String QueryOf(const Pointer& pointer)
+{
+    return NamesFile(pointer) ? String() : pointer.GetQuery();
+}
+
+String AsPlace(const String& name)
+{
+    return name.StartsWith(u"#") != 0 ? u"./" + name : name;
 }
 
 }  // namespace zorvex_api::internal

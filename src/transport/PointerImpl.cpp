@@ -180,6 +180,10 @@ void PointerImpl::AppendText(std::u16string& out) const
             out.append(u".").append(View(m_extension));
         }
     }
+    if (!out.empty() && out.front() == u'#')
+    {
+        out.insert(0, u"./");  // a location, which would read back as a fragment
+    }
     if (m_flags & kPointerQuery)
     {
         out.append(u"?").append(View(m_query));

@@ -136,6 +136,10 @@ public:
         {
             m_path = Normalised(m_path);
         }
+        if (StartsWith(m_path, u"#") && m_impl.m_scheme.IsEmpty())
+        {
+            m_path.insert(0, u"./");  // wherever it stands alone it is no fragment
+        }
         m_impl.m_path = ToString(m_path);
     }
 

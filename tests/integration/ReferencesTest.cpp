@@ -73,6 +73,11 @@ TEST_F(ReferencesTest, ADocumentThatNamesItselfStaysOneDocument)
     EXPECT_EQ(loaded.Root()->ResolveId("id5"), Target(Part(loaded)));
     EXPECT_EQ(loaded.Root(), Target(Part(loaded, "id12")));
     EXPECT_EQ(loaded.Root(), Target(Part(loaded, "id13")));
+
+    EXPECT_TRUE(Save(loaded.Root(), m_folder.File("o.zorvex")).Ok());
+    const Loaded again = LoadFrom(m_folder.File("o.zorvex"));
+    EXPECT_EQ(again.Root(), Target(Part(again, "id12")));
+    EXPECT_EQ(again.Root(), Target(Part(again, "id13")));
 }
 
 TEST_F(ReferencesTest, AContextThatLeadsNowhereIsReportedAndEndsThere)
@@ -329,6 +334,25 @@ TEST_F(ReferencesTest, AChainOfDocumentsEndsAtTheLimit)
     }
     const Loaded all = LoadFrom(first, {{"adapters/ZORVEX/references", "on"}});
     EXPECT_EQ(6u, Alive());
+}
+
+TEST_F(ReferencesTest, ATreeOfDocumentsEndsAtItsOwnLimit)
+{
+    for (const char* name : {"b.zorvex", "c.zorvex", "d.zorvex"})
+    {
+        Write(name, {});
+    }
+    const String a = Write("a.zorvex", {"b.zorvex#id5", "c.zorvex#id5", "d.zorvex#id5"});
+    for (int i = 0; i < 2; ++i)  // each load counts anew
+    {
+        const Loaded loaded = LoadFrom(a, {{"adapters/ZORVEX/import/max_all_documents", "3"}});
+        EXPECT_THAT(loaded.Messages(),
+                    ElementsAre("ERROR 4: Unable to load: \"" + PathOf("d.zorvex") +
+                                    "\": more than 3 documents in one load (option "
+                                    "\"adapters/ZORVEX/import/max_all_documents\")",
+                                HasSubstr("WARNING 518")));
+        EXPECT_EQ(3u, Alive());
+    }
 }
 
 // --- setting references

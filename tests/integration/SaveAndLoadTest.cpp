@@ -112,8 +112,9 @@ TEST_F(SaveAndLoadTest, RelativePlacesStayRelative)
     const auto working = std::filesystem::current_path();
     std::filesystem::current_path(m_folder.Path());
     std::filesystem::create_directories("y/z");
+    for (const char* uri : {"x/a.zorvex", "./x/a.zorvex"})
     {
-        const Loaded loaded = LoadFrom(u"x/a.zorvex");
+        const Loaded loaded = LoadFrom(uri);
         for (const auto& [place, text] : {std::pair{"y/z/a.zorvex", "../../x/sub/b.zorvex#id5 "},
                                           std::pair{"x/a2.zorvex", "sub/b.zorvex#id5 "},
                                           std::pair{"a.zorvex", "x/sub/b.zorvex#id5 "},
@@ -125,6 +126,30 @@ TEST_F(SaveAndLoadTest, RelativePlacesStayRelative)
             EXPECT_NE(nullptr, Target(LoadFrom(place).Root()->ResolveId(u"id11"))) << place;
         }
     }
+    std::filesystem::current_path(working);
+}
+
+TEST_F(SaveAndLoadTest, AFileWhoseNameBeginsWithAHashIsFoundAgain)
+{
+    Write("x/#b.zorvex", {});
+    Write("x/a.zorvex", {"./%23b.zorvex#id5", "./%23b.zorvex"});
+    const auto working = std::filesystem::current_path();
+    std::filesystem::current_path(m_folder.Path());
+    std::filesystem::create_directory("#y");
+    for (const auto& [from, to] :
+         {std::pair{"x/a.zorvex", "x/o.zorvex"}, std::pair{"x/o.zorvex", "o.zorvex"},
+          std::pair{"o.zorvex", "./#y/p.zorvex"}, std::pair{"x/../#y/p.zorvex", "./x/p.zorvex"},
+          std::pair{"x/p.zorvex", "x/#p.zorvex"}})
+    {
+        const Loaded loaded = LoadFrom(from);
+        EXPECT_THAT(loaded.Messages(), IsEmpty()) << from;
+        EXPECT_NE(nullptr, Target(loaded.Root()->ResolveId(u"id11"))) << from;
+        EXPECT_NE(nullptr, Target(loaded.Root()->ResolveId(u"id12"))) << from;
+        EXPECT_THAT(Messages(Save(loaded.Root(), to)), IsEmpty()) << to;
+    }
+    std::filesystem::current_path("x");
+    EXPECT_THAT(LoadFrom(u"p.zorvex").Messages(), IsEmpty());
+    EXPECT_EQ(m_folder.Read("x/p.zorvex"), m_folder.Read("x/#p.zorvex"));
     std::filesystem::current_path(working);
 }
 
