@@ -244,7 +244,7 @@ bool DocumentLoad::LinkBatch(const ReferenceData* references, std::size_t count,
     }
     for (std::size_t i = 0; i < count; ++i)
     {
-        if (targets[i] != nullptr)
+        if (targets[i] != nullptr && !reps[i]->HasTarget())
         {
             Link(*reps[i], targets[i]->object);
         }
@@ -256,7 +256,7 @@ void DocumentLoad::ResolveReference(const ReferenceData& reference)
 {
     const ObjectPin pin(reference.object);
     ExternalRep* rep = ReferenceOf(reference);
-    if (rep == nullptr)
+    if (rep == nullptr || rep->HasTarget())
     {
         return;
     }

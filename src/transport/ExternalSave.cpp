@@ -69,6 +69,15 @@ bool FindKnownPointer(const TargetSave& save, Pointer& pointer)
     return true;
 }
 
+/// A document that a resolver of the application brought in through a stream has no place and isn't
+/// to get one: what the reference says leads there again.
+bool CameThroughStream(const TargetSave& save)
+{
+    const ClassData* root = ClassData::Of(save.roots.GetAt(0).GetObject());
+    return root != nullptr && (root->stateFlags & ClassData::kPulledInRoot) != 0 &&
+           save.reference.HasText();
+}
+
 /// Whether something stands under a pointer: a document that the resolver knows, or, where the
 /// name was made up here, a file of whatever origin. A name that the reference's text gives is the
 /// application's wish.
@@ -234,9 +243,16 @@ void ExternalRep::Save(Object* ownerObject, Adapter* adapter, int referenceMode,
     }
     const String locator = LocatorOf(*this, pointer);
     int stripLocator = 1;
-    if (!FindKnownPointer(save, pointer) && SaveUnnamed(save, pointer, question, stripLocator))
+    if (!FindKnownPointer(save, pointer))
     {
-        RegisterRoots(save, pointer);
+        if (CameThroughStream(save))
+        {
+            return;
+        }
+        if (SaveUnnamed(save, pointer, question, stripLocator))
+        {
+            RegisterRoots(save, pointer);
+        }
     }
     if (stripLocator != 0 && locator.IsEmpty() == 0)
     {

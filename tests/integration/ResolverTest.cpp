@@ -1,6 +1,7 @@
 #include <functional>
 
 #include "Documents.h"
+#include "transport/LiveStreams.h"
 #include "transport/PluginSlots.h"
 #include "zorvex_api/Load.h"
 #include "zorvex_api/MemoryStream.h"
@@ -186,6 +187,82 @@ TEST_F(ResolverTest, AKeptResolverReadsADocumentOnce)
     second.roots.clear();
     EXPECT_EQ(2, m_watcher->opened);
     // What the application asks for by name it gets, and owns.
+TEST_F(ResolverTest, AQueryAndAPortArePartOfTheName)
+{
+    std::vector<std::string> asked;
+    m_watcher->serve = [&](PluginProcessData& data)
+    {
+        const std::string name = Utf8(*GetSlot<String>(data, internal::kNameSlot));
+        asked.push_back(name);
+        const std::string text =
+            Document(name == "db://h:81/d/a.xml?rev=1"
+                         ? std::vector<std::string>{"b.xml?rev=2#id5", "a.xml?rev=2#id5",
+                                                    "a.xml?rev=1#id5", "db://h:82/d/b.xml#id5"}
+                         : std::vector<std::string>{});
+        auto stream = std::make_unique<MemoryStream>();
+        stream->Write(text.data(), static_cast<int>(text.size()), 1, 0);
+        stream->Rewind();
+        *GetSlot<Stream*>(data, internal::kStreamOutSlot) = stream.release();
+        return true;
+    };
+    const Loaded loaded = LoadFrom(u"db://h:81/d/a.xml?rev=1");
+    EXPECT_THAT(loaded.Messages(), IsEmpty());
+    EXPECT_THAT(asked, ElementsAre("db://h:81/d/a.xml?rev=1", "db://h:81/d/b.xml?rev=2",
+                                   "db://h:81/d/a.xml?rev=2", "db://h:82/d/b.xml"));
+    String text;
+    EXPECT_TRUE(loaded.Root()->GetXML(text, nullptr).Ok());
+    for (const char* reference :
+         {"b.xml?rev=2#id5", "a.xml?rev=2#id5", "#id5", "db://h:82/d/b.xml#id5"})
+    {
+        EXPECT_THAT(Utf8(text), HasSubstr("revisionRef=\"" + std::string(reference) + "\""));
+    }
+}
+TEST_F(ResolverTest, ADocumentThatCameThroughAStreamIsNotWrittenOverAFile)
+{
+    const String b = m_folder.Write("b.zorvex", "an old file");
+    const String a = Write("a.zorvex", {"b.zorvex#id5"});
+    m_watcher->answer = [](int code, Pointer& pointer, Result&)
+    {
+        if (code == 1)
+        {
+            const std::string text = Document();
+            auto* stream = new MemoryStream;
+            stream->Write(text.data(), static_cast<int>(text.size()), 1, 0);
+            stream->Rewind();
+            pointer.Parse("#ZORVEX(STREAM-doc/" + StreamAddress(stream) + "/ZORVEX-doc/id5)");
+        }
+        return 1;
+    };
+    const Loaded loaded = LoadFrom(a);
+    EXPECT_THAT(loaded.Messages(), IsEmpty());
+    ASSERT_NE(nullptr, Target(Part(loaded)));
+    m_watcher->answer = nullptr;
+    EXPECT_THAT(Messages(Save(loaded.Root(), a)), IsEmpty());
+    EXPECT_THAT(m_folder.Read("a.zorvex"), HasSubstr("revisionRef=\"b.zorvex#id5\""));
+    EXPECT_EQ("an old file", m_folder.Read("b.zorvex"));
+    EXPECT_EQ(2, std::distance(std::filesystem::directory_iterator(m_folder.Path()),
+                               std::filesystem::directory_iterator()));
+}
+
+TEST_F(ResolverTest, TheAddressOfAStreamNamesNoFile)
+{
+    const auto b = MakeDocument();
+    const auto a = MakeDocument();
+    Refer(a.get(), b->ResolveId("id5"));
+    m_watcher->answer = [](int code, Pointer& pointer, Result&)
+    {
+        if (code == 1)
+        {
+            pointer.Parse("#ZORVEX(STREAM-doc/0x7f001234/ZORVEX-doc)");
+        }
+        return 1;
+    };
+    EXPECT_THAT(Messages(Save(a.get(), m_folder.File("a.zorvex"))), IsEmpty());
+    EXPECT_TRUE(m_folder.Has("a_id11.zorvex"));
+    EXPECT_THAT(m_folder.Read("a.zorvex"), HasSubstr("revisionRef=\"a_id11.zorvex#id5\""));
+}
+
+
     const Loaded b = LoadFrom(m_folder.File("b.zorvex"));
     EXPECT_EQ(Target(Part(first))->GetRoot(), b.Root());
     EXPECT_EQ(2, m_watcher->opened);
