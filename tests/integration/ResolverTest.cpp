@@ -177,16 +177,6 @@ TEST_F(ResolverTest, DocumentsCanComeFromStreamsOfTheApplication)
     EXPECT_EQ(0, m_watcher->opened);
 }
 
-TEST_F(ResolverTest, AKeptResolverReadsADocumentOnce)
-{
-    Write("b.zorvex", {});
-    const String a = Write("a.zorvex", {"b.zorvex#id5"});
-    const Loaded first = LoadFrom(a);
-    Loaded second = LoadFrom(a);
-    EXPECT_EQ(first.Root(), second.Root());
-    second.roots.clear();
-    EXPECT_EQ(2, m_watcher->opened);
-    // What the application asks for by name it gets, and owns.
 TEST_F(ResolverTest, AQueryAndAPortArePartOfTheName)
 {
     std::vector<std::string> asked;
@@ -217,6 +207,49 @@ TEST_F(ResolverTest, AQueryAndAPortArePartOfTheName)
         EXPECT_THAT(Utf8(text), HasSubstr("revisionRef=\"" + std::string(reference) + "\""));
     }
 }
+
+TEST_F(ResolverTest, AKeptResolverReadsADocumentOnce)
+{
+    Write("b.zorvex", {});
+    const String a = Write("a.zorvex", {"b.zorvex#id5"});
+    const Loaded first = LoadFrom(a);
+    Loaded second = LoadFrom(a);
+    EXPECT_EQ(first.Root(), second.Root());
+    second.roots.clear();
+    EXPECT_EQ(2, m_watcher->opened);
+    // What the application asks for by name it gets, and owns.
+    const Loaded b = LoadFrom(m_folder.File("b.zorvex"));
+    EXPECT_EQ(Target(Part(first))->GetRoot(), b.Root());
+    EXPECT_EQ(2, m_watcher->opened);
+}
+
+TEST_F(ResolverTest, AnUnnamedDocumentIsWrittenOnlyIfTheResolverAgrees)
+{
+    const auto b = MakeDocument();
+    const auto a = MakeDocument();
+    Refer(a.get(), b->ResolveId("id5"));
+    m_watcher->answer = [](int code, Pointer&, Result&) { return code == 1 ? 0 : 1; };
+    EXPECT_THAT(Messages(Save(a.get(), m_folder.File("a.zorvex"))), IsEmpty());
+    EXPECT_THAT(m_watcher->questions, ElementsAre("1 id11 revisionRef #"));
+    EXPECT_EQ("", Text(a->ResolveId("id11"), u"revisionRef"));
+
+    m_watcher->questions.clear();
+    m_watcher->answer = [](int code, Pointer& pointer, Result&)
+    {
+        if (code == 1)
+        {
+            pointer.Parse("chosen.zorvex");
+        }
+        return code == 1 ? 1 : 0;
+    };
+    EXPECT_THAT(Messages(Save(a.get(), m_folder.File("a.zorvex"))), IsEmpty());
+    EXPECT_THAT(m_watcher->questions, ElementsAre("1 id11 revisionRef #",
+                                                  "2 id11 revisionRef "
+                                                  "chosen.zorvex#"));
+    EXPECT_FALSE(m_folder.Has("chosen.zorvex"));
+    EXPECT_THAT(m_folder.Read("a.zorvex"), HasSubstr("revisionRef=\"chosen.zorvex#id5\""));
+}
+
 TEST_F(ResolverTest, ADocumentThatCameThroughAStreamIsNotWrittenOverAFile)
 {
     const String b = m_folder.Write("b.zorvex", "an old file");
@@ -260,39 +293,6 @@ TEST_F(ResolverTest, TheAddressOfAStreamNamesNoFile)
     EXPECT_THAT(Messages(Save(a.get(), m_folder.File("a.zorvex"))), IsEmpty());
     EXPECT_TRUE(m_folder.Has("a_id11.zorvex"));
     EXPECT_THAT(m_folder.Read("a.zorvex"), HasSubstr("revisionRef=\"a_id11.zorvex#id5\""));
-}
-
-
-    const Loaded b = LoadFrom(m_folder.File("b.zorvex"));
-    EXPECT_EQ(Target(Part(first))->GetRoot(), b.Root());
-    EXPECT_EQ(2, m_watcher->opened);
-}
-
-TEST_F(ResolverTest, AnUnnamedDocumentIsWrittenOnlyIfTheResolverAgrees)
-{
-    const auto b = MakeDocument();
-    const auto a = MakeDocument();
-    Refer(a.get(), b->ResolveId("id5"));
-    m_watcher->answer = [](int code, Pointer&, Result&) { return code == 1 ? 0 : 1; };
-    EXPECT_THAT(Messages(Save(a.get(), m_folder.File("a.zorvex"))), IsEmpty());
-    EXPECT_THAT(m_watcher->questions, ElementsAre("1 id11 revisionRef #"));
-    EXPECT_EQ("", Text(a->ResolveId("id11"), u"revisionRef"));
-
-    m_watcher->questions.clear();
-    m_watcher->answer = [](int code, Pointer& pointer, Result&)
-    {
-        if (code == 1)
-        {
-            pointer.Parse("chosen.zorvex");
-        }
-        return code == 1 ? 1 : 0;
-    };
-    EXPECT_THAT(Messages(Save(a.get(), m_folder.File("a.zorvex"))), IsEmpty());
-    EXPECT_THAT(m_watcher->questions, ElementsAre("1 id11 revisionRef #",
-                                                  "2 id11 revisionRef "
-                                                  "chosen.zorvex#"));
-    EXPECT_FALSE(m_folder.Has("chosen.zorvex"));
-    EXPECT_THAT(m_folder.Read("a.zorvex"), HasSubstr("revisionRef=\"chosen.zorvex#id5\""));
 }
 
 }  // namespace zorvex_test
