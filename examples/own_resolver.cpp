@@ -1,5 +1,7 @@
 // Decides where references lead: a resolver that sends one to another document, refuses others,
 // and keeps count.
+#include <filesystem>
+
 #include "Example.h"
 
 namespace
@@ -99,7 +101,8 @@ void Work(const std::string& data, const std::string& out)
     const std::string path = out + "/own_resolver.zorvex";
     WriteOrder(path);
 
-    CatalogueResolver resolver(data + "/fasteners.zorvex");
+    // A relative place would be meant from the folder of the document that refers to it.
+    CatalogueResolver resolver(std::filesystem::absolute(data).string() + "/fasteners.zorvex");
     const URIResolverRef scope(&resolver);  // every load in this scope asks it
 
     Object* document = nullptr;

@@ -17,8 +17,9 @@ struct URIResolverImpl;
 /// Turns a name into a Stream, and remembers which objects were loaded from which Pointer.
 ///
 /// An application derives from it to veto or redirect references (the codes 1 and 2 of Process,
-/// with the Pointer in slot 4 and the answer in slot 6), or to open streams of its own (code 3). It
-/// owns no objects: an object that dies leaves all resolvers. The tables are guarded by a lock of
+/// with the Pointer in slot 4 and the answer in slot 6), or to open streams of its own (code 3). A
+/// relative Pointer is meant from the folder of the document that refers. A resolver owns no
+/// objects: an object that dies leaves all resolvers. The tables are guarded by a lock of
 /// the library; an instance may outlive loads, but serves one thread at a time.
 class ZORVEX_API URIResolver : public Allocator
 {

@@ -527,7 +527,9 @@ TEST_F(SaveAndLoadTest, AnOperationWithoutItsSlotsDoesNothing)
     data.Set(10, &handles);
     adapters->Process(&data);
     ASSERT_EQ(1, handles.GetSize());
-    delete handles[0].GetObject();
+    handles.Add(Handle(handles[0]));  // one object twice
+    data.m_operation = ZORVEX_OP_ADAPTER_DESTROY;
+    adapters->Process(&data);
 }
 
 TEST_F(SaveAndLoadTest, ObjectsWithoutIdsStayWithoutUntilTheyAreReferredTo)
