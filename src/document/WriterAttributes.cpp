@@ -261,10 +261,11 @@ void ZORVEXWriter::AppendForeignUri(ClassData& data, FieldDescriptor& field, int
             ->Save(data.object, m_adapter, m_referenceMode, m_options, &field, m_result);
     }
     m_value = std::move(before);
+    const Pointer& base = m_xmlOnly ? PointerOf(data.Root()->object) : m_document;
     if (const ExternalRep* rep = ReferenceAt(data, field, index))
     {
         String text;
-        rep->GetRelativeText(m_xmlOnly ? PointerOf(data.Root()->object) : m_document, text);
+        rep->GetRelativeText(base, text);
         m_value += ToUtf8(text);
     }
 }
@@ -278,6 +279,7 @@ const Pointer& ZORVEXWriter::PointerOf(Object* root)
         return *m_rootPointer;
     }
     m_rootPointer = std::make_unique<Pointer>();
+    ++m_disturbances;  // the resolver can be the application's
     const URIResolverRef resolver(internal::FindStoredResolver(m_options));
     if (resolver.GetURIResolver() == nullptr ||
         resolver->FindPointer(Handle(root), *m_rootPointer) == 0)

@@ -87,7 +87,7 @@ WriterStep MakeStep(FieldDescriptor& field, int record)
 WriterClass::WriterClass(const ClassDescriptorImpl& descriptor)
     : m_descriptor(descriptor),
       m_layout(descriptor.Layout()),
-      m_generation(descriptor.Generation()),
+      m_generation(m_layout.Generation()),
       m_writesId(descriptor.IsIdObject() && !descriptor.IsDocumentBase())
 {
     OrderFields();
@@ -101,14 +101,14 @@ void WriterClass::OrderFields()
     std::uint32_t position = 0;
     for (FieldDescriptor* field : m_layout.BaseFirst())
     {
-        ++position;
+        const std::uint32_t place = field == header ? 0 : ++position;
         if (field->IsRequired() || field->IsBuiltIn() ||
             field->Type() == zorvexFieldExternalReference)
         {
-            m_always.push_back({position, field});
+            m_always.push_back({place, field, -1});
             continue;
         }
-        m_positions.emplace(field, field == header ? 0 : position);
+        m_positions.emplace(field, place);
     }
 }
 
@@ -122,7 +122,7 @@ std::vector<WriterClass::Place> WriterClass::FieldsOf(FieldData* const* records,
         const auto known = m_positions.find(records[i]->descriptor);
         if (known != m_positions.end())
         {
-            fields.push_back({known->second, records[i]->descriptor});
+            fields.push_back({known->second, records[i]->descriptor, static_cast<int>(i)});
         }
     }
     std::sort(fields.begin(), fields.end(),
@@ -175,9 +175,14 @@ std::shared_ptr<WriterShape> WriterClass::MakeShape(ClassData& data, FieldData* 
     for (const Place& place : FieldsOf(records, count))
     {
         FieldDescriptor* field = place.field;
-        const FieldData* stored = data.FindField(field);  // two fields can share a record
+        // Two fields can share a record.
+        const FieldData* stored = place.record >= 0 ? records[place.record] : data.FindField(field);
         const bool isSet = stored != nullptr && stored->IsSet();
-        const int record = isSet ? PlaceOf(stored, records, count) : -1;
+        int record = -1;
+        if (isSet)
+        {
+            record = place.record >= 0 ? place.record : PlaceOf(stored, records, count);
+        }
         if (IsWrittenAttribute(*field) && (isSet || field->IsRequired()))
         {
             shape->attributes.push_back(MakeStep(*field, record));

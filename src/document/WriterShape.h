@@ -72,6 +72,7 @@ private:
     {
         std::uint32_t position;
         zorvex_api::FieldDescriptor* field;
+        int record;  // its place in the object's list of fields; -1: looked up
     };
     void OrderFields();
     std::vector<Place> FieldsOf(zorvex_api::FieldData* const* records, std::size_t count) const;

@@ -263,6 +263,44 @@ TEST_F(ReaderTest, AttributesThatTheClassDoesNotHaveAreReported)
                             "WARNING 525: \"nope\" is not an allowed attribute of: <ProductDef>"));
 }
 
+TEST_F(ReaderTest, AttributesAreReadAlikeInAnyOrderAndCompany)
+{
+    const std::vector<std::string> given = {
+        "id=\"#\" name=\"n#\" subType=\"s#\"",
+        "id=\"#\" name=\"n#\" subType=\"s#\"",
+        "subType=\"s#\" id=\"#\" name=\"n#\"",
+        "xmlns:q=\"urn:q\" subType=\"s#\" id=\"#\" name=\"n#\"",
+        "id=\"#\" nope=\"1\" name=\"n#\" subType=\"s#\"",
+        "id=\"#\" subType=\"s#\" name=\"n#\" names=\"1\"",
+        "nam=\"1\" id=\"#\" name=\"n#\" subType=\"s#\"",
+    };
+    std::string content;
+    for (int n = 1; n <= 70; ++n)
+    {
+        // Names follow each other in changing order, too.
+        std::string attributes = given[static_cast<std::size_t>(n * n) % given.size()];
+        for (auto at = attributes.find('#'); at != attributes.npos; at = attributes.find('#'))
+        {
+            attributes.replace(
+                at, 1, (at > 0 && attributes[at - 1] == '"' ? "id" : "") + std::to_string(n));
+        }
+        const std::string name = n % 3 == 0 ? "Product" : "ProductRevisionView";
+        content +=
+            "<" + name + " " + attributes + (n % 5 == 0 ? "><Transform/></" + name + ">" : "/>");
+    }
+    const auto loaded = LoadText(
+        Root(kMain, "<ProductDef><InstanceGraph>" + content + "</InstanceGraph></ProductDef>"));
+    EXPECT_TRUE(loaded.GetResult().Ok()) << testing::PrintToString(loaded.Messages());
+    for (int n = 1; n <= 70; ++n)
+    {
+        const Object* object = loaded.Root()->ResolveId(String::Format("id%d", n));
+        ASSERT_NE(nullptr, object) << n;
+        EXPECT_EQ("n" + std::to_string(n), Attribute(object, u"name"));
+        EXPECT_EQ("s" + std::to_string(n), Attribute(object, u"subType"));
+        EXPECT_EQ(n % 3 == 0 ? "Product" : "ProductRevisionView", Utf8(object->GetClassName()));
+    }
+}
+
 TEST_F(ReaderTest, TextWhereNoneBelongsIsAnErrorOnceARun)
 {
     const auto loaded = LoadText(Root(kMain, "  <ProductDef>a<!-- c -->b</ProductDef>\n"));

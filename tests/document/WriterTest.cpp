@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "objectmodel/ClassTestSupport.h"
 #include "support/Printers.h"
 #include "support/ScratchFolder.h"
 #include "support/SessionTest.h"
@@ -14,6 +15,7 @@ namespace zorvex_test
 {
 
 using namespace zorvex_api;
+using testing::AnyOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -90,6 +92,73 @@ TEST_F(WriterTest, TheHeaderComesFirst)
 {
     EXPECT_THAT(Resave("<ProductDef id='id1'/><Header id='id2'/>"),
                 StartsWith("\n<Header id=\"id2\">"));
+}
+
+TEST_F(WriterTest, ARequiredHeaderThatIsDeclaredLastComesFirstToo)
+{
+    ClassDescriptor* log = RegisterClass(u"Log", u"1 t.xsd", u"DocumentBase");
+    log->RegisterField(u"Application", zorvexFieldMultipleElement);
+    log->RegisterField(u"Header", zorvexFieldSingleElement);
+    log->SetFieldClass(u"Application", u"Application", 1);
+    log->SetFieldClass(u"Header", u"DocumentHeader", 1);
+    EXPECT_EQ(1, log->SetFieldRequired(u"Header", 1));
+    const std::unique_ptr<Object> root(log->MakeObject());
+    Object* made = nullptr;
+    ASSERT_TRUE(root->AddElement(u"Application", u"", made).Ok());
+    ASSERT_TRUE(root->AddElement(u"DocumentHeader", u"Header", made).Ok());
+    String text;
+    ASSERT_TRUE(root->GetXML(text, nullptr).Ok());
+    const std::string written = Utf8(text);
+    EXPECT_LT(written.find("Header id="), written.find("Application id=")) << written;
+}
+
+TEST_F(WriterTest, AttributesStandInTheOrderOfTheirClassWhicheverAreSet)
+{
+    // More combinations of set attributes than are kept; the class grows on the way.
+    constexpr unsigned kNames = 10;
+    const auto row = [](unsigned set, bool reversed)
+    {
+        std::string attributes;
+        for (unsigned n = 0; n < kNames; ++n)
+        {
+            const std::string name(1, static_cast<char>('a' + n));
+            const std::string one = " " + name + "=\"" + std::to_string(set) + name + "\"";
+            attributes = (set >> n & 1) == 0 ? attributes
+                         : reversed          ? one + attributes
+                                             : attributes + one;
+        }
+        return "\n<Row" + attributes + "></Row>";
+    };
+    std::string given;
+    std::string expected;
+    for (unsigned i = 0; i < 1000; ++i)
+    {
+        // Each attribute is met in the order of the alphabet.
+        const unsigned set = i < kNames ? 1u << i : i * 7919 % 1024;
+        given += row(set, i % 2 == 1);
+        expected += row(set, false);
+    }
+    const std::string start = "<Odd xmlns=\"urn:odd\">";
+    const auto loaded =
+        LoadText(start + given + "</Odd>", {{"adapters/ZORVEX/ignore_unknown_elements", "false"}});
+    ASSERT_TRUE(loaded.GetResult().Ok()) << testing::PrintToString(loaded.Messages());
+    ASSERT_TRUE(loaded.Root()->Save(m_folder.File("o.zorvex"), nullptr).Ok());
+    EXPECT_EQ(kProlog + "<Odd xmlns=\"urn:odd\"\n>" + expected + "</Odd>",
+              m_folder.Read("o.zorvex"));
+
+    // What was set and taken away again leaves no trace.
+    Array<Object*> rows;
+    loaded.Root()->GetElements(rows);
+    for (Object* object : rows)
+    {
+        object->SetAttributeValue(u"c", String(u"x"));
+        object->ResetAttributeValue(u"c");
+        object->DeleteAttribute(u"d");
+    }
+    ASSERT_TRUE(loaded.Root()->Save(m_folder.File("o.zorvex"), nullptr).Ok());
+    EXPECT_THAT(m_folder.Read("o.zorvex"), Not(AnyOf(HasSubstr(" c=\""), HasSubstr(" d=\""))));
+    EXPECT_THAT(m_folder.Read("o.zorvex"), HasSubstr(" b=\"1022b\" e=\"1022e\""));
+    ClassDescriptor::Reset();
 }
 
 TEST_F(WriterTest, DefaultsAreLeftOutAndRequiredAttributesAlwaysWritten)

@@ -57,7 +57,17 @@ public:
             answer ? answer(code, pointer, *GetSlot<Result>(*data, internal::kResultSlot)) : 1;
     }
 
+    int FindPointer(const Handle& handle, Pointer& pointer) override
+    {
+        if (lookedUp)
+        {
+            lookedUp();
+        }
+        return URIResolver::FindPointer(handle, pointer);
+    }
+
     Answer answer;
+    std::function<void()> lookedUp;
     std::function<bool(PluginProcessData&)> serve;
     std::vector<std::string> questions;
     int opened = 0;
@@ -248,6 +258,63 @@ TEST_F(ResolverTest, AnUnnamedDocumentIsWrittenOnlyIfTheResolverAgrees)
                                                   "chosen.zorvex#"));
     EXPECT_FALSE(m_folder.Has("chosen.zorvex"));
     EXPECT_THAT(m_folder.Read("a.zorvex"), HasSubstr("revisionRef=\"chosen.zorvex#id5\""));
+}
+
+TEST_F(ResolverTest, WhatAResolverChangesDuringASaveIsWrittenAsItIsThen)
+{
+    for (const bool asXml : {false, true})
+    {
+        const auto b = MakeDocument();
+        const auto a = MakeDocument();
+        Object* part = a->ResolveId(u"id11");
+        Object* graph = part->GetOwner();
+        Object* last = nullptr;
+        ASSERT_TRUE(graph->AddElement(u"ProductRevisionView", u"", last).Ok());
+        part->SetAttributeValue(u"hasUserDefinedViews", String(u"false"));
+        part->SetAttributeValue(u"viewRef", String(u"#id5"));
+        part->SetAttributeValue(u"textureRefs", String(u"x.zorvex y.zorvex"));
+        Refer(a.get(), b->ResolveId(u"id5"));
+        const auto change = [&]
+        {
+            if (last == nullptr)
+            {
+                return;
+            }
+            graph->DeleteElement(last);
+            last = nullptr;
+            part->DeleteAttribute(u"viewRef");
+            part->DeleteAttribute(u"textureRefs");
+            part->SetAttributeValue(u"hasUserDefinedViews", String(u"true"));
+            Object* added = nullptr;
+            for (int i = 0; i < 20; ++i)  // takes the memory of what is gone
+            {
+                graph->AddElement(u"ProductRevisionView", u"", added);
+                added->SetAttributeValue(u"subType", String(u"new"));
+            }
+        };
+        m_watcher->lookedUp = asXml ? change : std::function<void()>();
+        m_watcher->answer = [&](int, Pointer&, Result&)
+        {
+            change();
+            return 0;
+        };
+        String text;
+        if (asXml)
+        {
+            EXPECT_TRUE(a->GetXML(text, nullptr).Ok());
+        }
+        else
+        {
+            EXPECT_TRUE(Save(a.get(), m_folder.File("a.zorvex")).Ok());
+        }
+        EXPECT_EQ(nullptr, last);
+        const std::string saved = asXml ? Utf8(text) : m_folder.Read("a.zorvex");
+        EXPECT_THAT(saved, HasSubstr(" hasUserDefinedViews=\"true\""));
+        EXPECT_THAT(saved, testing::Not(HasSubstr("viewRef")));
+        EXPECT_THAT(saved, testing::Not(HasSubstr("textureRefs")));
+        EXPECT_THAT(saved, HasSubstr(" subType=\"new\""));
+        EXPECT_TRUE(LoadText(saved).GetResult().Ok());
+    }
 }
 
 TEST_F(ResolverTest, ADocumentThatCameThroughAStreamIsNotWrittenOverAFile)
