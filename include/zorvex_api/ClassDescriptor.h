@@ -152,8 +152,9 @@ public:
     int RegisterField(const String& name, int type);
     /// What the field holds or refers to: a class name, several split by blanks (references only,
     /// else 0), "Integer", "Int", "Double", "String" or "Logical" for content, or "legacy/" and the
-    /// name the field has in documents. This and the following give 0 when the class has no such
-    /// field of its own.
+    /// name the field has in documents. 0 for another class of a content element whose values
+    /// objects already hold. This and the following give 0 when the class has no such field of its
+    /// own.
     int SetFieldClass(const String& field, const String& className, int searchAllNamespaces);
     /// For an element field only "suppressId=true" means something.
     int SetFieldDefault(const String& field, const String& value);

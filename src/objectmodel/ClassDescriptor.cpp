@@ -11,6 +11,25 @@ namespace zorvex_api
 namespace
 {
 
+/// Whether another class would change the form in which a content element holds its values.
+bool ChangesContent(const FieldDescriptor& field, const String& className)
+{
+    if (field.Type() != zorvexFieldContentElement ||
+        FieldData::FormOf(field) == FieldData::Form::None)
+    {
+        return false;
+    }
+    FieldDescriptor other(nullptr, field.Name(), field.Type(), field.Prefix(), false);
+    other.SetClass(className, false, false);
+    return other.KnownClassValue() != field.KnownClassValue();
+}
+
+/// Whether objects can hold values of an own field of the class.
+bool IsHeldByObjects(const ClassDescriptorImpl& impl, const FieldDescriptor& field)
+{
+    return field.WasUsed() && impl.IsUsedByObjects();
+}
+
 /// Appends the fields of one class in their order; the built-in `load` and `location` stand for the
 /// external reference, once.
 class FieldCollector
@@ -349,9 +368,13 @@ int ClassDescriptor::RegisterField(const String& name, int type)
 int ClassDescriptor::SetFieldClass(const String& field, const String& className,
                                    int searchAllNamespaces)
 {
-    return m_impl->ChangeField(
-        View(field), [&](FieldDescriptor& own)
-        { return own.SetClass(className, searchAllNamespaces != 0, m_impl->BorrowsTexts()); });
+    const auto change = [&](FieldDescriptor& own)
+    {
+        const bool isOther = ChangesContent(own, className);
+        return !(isOther && IsHeldByObjects(*m_impl, own)) &&
+               own.SetClass(className, searchAllNamespaces != 0, m_impl->BorrowsTexts());
+    };
+    return m_impl->ChangeField(View(field), change);
 }
 
 int ClassDescriptor::SetFieldDefault(const String& field, const String& value)
@@ -385,9 +408,8 @@ int ClassDescriptor::SetFieldLength(const String& field, int length)
     const auto change = [&](FieldDescriptor& own)
     {
         // Objects hold values in the form that the length asks for.
-        const bool isHeld = own.Length() != length && own.WasUsed() &&
-                            FieldData::HoldsNumbers(own) && m_impl->IsUsedByObjects();
-        return !isHeld && own.SetLength(length);
+        const bool isOther = own.Length() != length && FieldData::HoldsNumbers(own);
+        return !(isOther && IsHeldByObjects(*m_impl, own)) && own.SetLength(length);
     };
     return m_impl->ChangeField(View(field), change);
 }

@@ -143,7 +143,7 @@ public:
     void RemoveObject() { Unhold(); }
     /// Classes that exist, those included that only objects hold.
     static int NumberAlive();
-    /// Whether objects of this class or of one below it exist. Under the registry's write lock.
+    /// Whether objects of this class or of one below it exist.
     bool IsUsedByObjects() const;
     Object* MakeObject();
 

@@ -314,6 +314,20 @@ TEST_F(OwnFieldsTest, TheLengthOfNumbersThatAnObjectHoldsStays)
     EXPECT_EQ(1, m_class->SetFieldLength(u"pair", 3));
 }
 
+TEST_F(OwnFieldsTest, TheClassOfAContentElementThatAnObjectHoldsStays)
+{
+    m_class->RegisterField(u"mass", zorvexFieldContentElement);
+    ASSERT_EQ(1, m_class->SetFieldClass(u"mass", u"Integer", 0));
+    ASSERT_EQ(1, m_class->SetFieldLength(u"mass", 3));
+    ASSERT_TRUE(m_object->SetAttributeValue(u"mass", u"7 8 9").Ok());
+    EXPECT_EQ(0, m_class->SetFieldClass(u"mass", u"Double", 0));
+    EXPECT_EQ(0, m_class->SetFieldClass(u"mass", u"String", 0));
+    EXPECT_EQ(1, m_class->SetFieldClass(u"mass", u"Integer", 0)) << "nothing changes";
+    EXPECT_EQ("7 8 9", Text(*m_object, u"mass"));
+    m_object.reset();
+    EXPECT_EQ(1, m_class->SetFieldClass(u"mass", u"String", 0));
+}
+
 TEST_F(OwnFieldsTest, AnIntListKeepsTheNumbersBeforeTheBadOne)
 {
     EXPECT_THAT(Messages(m_object->SetAttributeValue(u"counts", u"1 2\t99999999999 4")),
