@@ -47,9 +47,9 @@ public:
     {
         if (m_capacity != 0)
         {
-            const char* const entry = reinterpret_cast<const char*>(m_slots[Home(number)]);
-            __builtin_prefetch(entry);
-            __builtin_prefetch(entry + 64);
+            const Slot entry = m_slots[Home(number)];  // perhaps no address: it is only asked for
+            __builtin_prefetch(reinterpret_cast<const void*>(entry));
+            __builtin_prefetch(reinterpret_cast<const void*>(entry + 64));
         }
     }
     /// Takes over all entries of `other`, which is left empty.

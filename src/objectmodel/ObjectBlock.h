@@ -46,7 +46,7 @@ public:
     /// Gives the block back if the memory is that of a shell that stood in one.
     static bool GiveBack(void* memory)
     {
-        if (t_ended != memory)
+        if (t_ended != memory || memory == nullptr)
         {
             return false;
         }

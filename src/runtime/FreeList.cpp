@@ -37,7 +37,8 @@ void*& NextOf(void* block)
 
 }  // namespace
 
-/// Knows the lists that this thread keeps, and hands them back at its end.
+/// Knows the lists that this thread keeps, and hands them back at its end. The end of a session
+/// reaches those of all threads, so that nothing of its memory waits in a thread that goes on.
 class ThreadBlocks
 {
 public:
@@ -48,13 +49,26 @@ public:
         Entry* next;
     };
 
+    ThreadBlocks()
+    {
+        const std::lock_guard<std::mutex> lock(g_lock);
+        m_next = s_first;
+        if (m_next != nullptr)
+        {
+            m_next->m_previous = this;
+        }
+        s_first = this;
+    }
+    ThreadBlocks(const ThreadBlocks&) = delete;
+    ThreadBlocks& operator=(const ThreadBlocks&) = delete;
     ~ThreadBlocks()
     {
         FlushAll();
-        while (m_first != nullptr)
+        Leave();
+        while (m_firstEntry != nullptr)
         {
-            Entry* const entry = m_first;
-            m_first = entry->next;
+            Entry* const entry = m_firstEntry;
+            m_firstEntry = entry->next;
             delete entry;
         }
         s_ended = true;
@@ -62,21 +76,33 @@ public:
 
     void Know(BlockPool& pool, BlockPool::Local& local)
     {
-        for (Entry* entry = m_first; entry != nullptr; entry = entry->next)
+        for (Entry* entry = m_firstEntry; entry != nullptr; entry = entry->next)
         {
             if (entry->local == &local)
             {
                 return;
             }
         }
-        m_first = new Entry{&pool, &local, m_first};
+        m_firstEntry = new Entry{&pool, &local, m_firstEntry};
     }
 
     void FlushAll()
     {
-        for (Entry* entry = m_first; entry != nullptr; entry = entry->next)
+        for (Entry* entry = m_firstEntry; entry != nullptr; entry = entry->next)
         {
             entry->pool->Flush(*entry->local);
+        }
+    }
+
+    /// Under the pools' lock, while no other thread uses a pool.
+    static void ReturnAllOfAllThreads()
+    {
+        for (ThreadBlocks* thread = s_first; thread != nullptr; thread = thread->m_next)
+        {
+            for (Entry* entry = thread->m_firstEntry; entry != nullptr; entry = entry->next)
+            {
+                entry->pool->ReturnAll(*entry->local);
+            }
         }
     }
 
@@ -90,7 +116,20 @@ public:
     static bool Ended() { return s_ended; }
 
 private:
-    Entry* m_first = nullptr;
+    void Leave()
+    {
+        const std::lock_guard<std::mutex> lock(g_lock);
+        (m_previous != nullptr ? m_previous->m_next : s_first) = m_next;
+        if (m_next != nullptr)
+        {
+            m_next->m_previous = m_previous;
+        }
+    }
+
+    Entry* m_firstEntry = nullptr;
+    ThreadBlocks* m_previous = nullptr;
+    ThreadBlocks* m_next = nullptr;
+    static inline ThreadBlocks* s_first = nullptr;  // of all threads; guarded by the pools' lock
     static inline thread_local bool s_ended = false;
 };
 
@@ -257,11 +296,8 @@ void BlockPool::ReleaseIfUnused()
 
 void BlockPool::ReleaseUnused()
 {
-    if (!ThreadBlocks::Ended())
-    {
-        ThreadBlocks::OfThread().FlushAll();
-    }
     const std::lock_guard<std::mutex> lock(g_lock);
+    ThreadBlocks::ReturnAllOfAllThreads();
     for (BlockPool* pool = g_pools; pool != nullptr; pool = pool->m_nextPool)
     {
         pool->ReleaseIfUnused();

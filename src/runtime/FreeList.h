@@ -83,13 +83,15 @@ public:
     }
     void Flush(Local& local);
 
-    /// Hands the memory of all pools without a block in use back to Allocator. Blocks that this
-    /// thread keeps at hand count as free, those of other threads as in use.
+    /// Hands the memory of all pools without a block in use back to Allocator, with what threads
+    /// keep at hand: no other thread may be using a pool.
     static void ReleaseUnused();
     /// Bytes that all pools hold, in use or free.
     static size_t TotalBytes();
 
 private:
+    friend class ThreadBlocks;
+
     static constexpr int kBatch = 64;
 
     struct Chunk;

@@ -100,6 +100,17 @@ TEST_F(IdTableTest, AgreesWithAListOfEntriesThroughRandomChanges)
             }
             ClassData* data = entries.Make(IdValue(text));
             const std::string key = zorvex_api::ToUtf8(text);
+            if (n % 4 != 0)  // as a reader asks before it enters an object
+            {
+                EXPECT_EQ(!model[key].empty(), table.Contains(data->id)) << key;
+            }
+            if (n % 7 == 0 && !live.empty())
+            {
+                const auto [other, leaving] = live.back();
+                live.pop_back();
+                table.Remove(leaving);
+                model[other].remove(leaving);
+            }
             table.Insert(data);
             model[key].push_back(data);
             live.emplace_back(key, data);

@@ -6,6 +6,9 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <stdexcept>
+#include <thread>
+#include <vector>
 
 #include "objectmodel/ClassData.h"
 #include "objectmodel/ClassDescriptorImpl.h"
@@ -393,6 +396,61 @@ TEST_F(StorageTest, TheUserPointerIsKeptWithTheObject)
     product->SetUserPointer(nullptr);
     EXPECT_EQ(nullptr, product->GetUserPointer());
     EXPECT_EQ(nullptr, ClassData::Of(product.get())->extensions);
+}
+
+namespace
+{
+
+/// What an application's own object can have: a base in front, members, a constructor that raises.
+struct Tag
+{
+    virtual ~Tag() = default;
+    int number = 7;
+};
+
+class Tagged : public Tag, public Object
+{
+public:
+    explicit Tagged(bool raises)
+    {
+        InitData(ClassDescriptor::FindByName(u"Product")->GetClass());
+        if (raises)
+        {
+            throw std::runtime_error("no");
+        }
+    }
+    std::string text = std::string(100, 'x');
+};
+
+}  // namespace
+
+TEST_F(StorageTest, ObjectsEndWhereverAndAsWhateverTheyWereMade)
+{
+    std::vector<std::unique_ptr<Object>> made;
+    std::thread maker(
+        [&]
+        {
+            for (int i = 0; i < 300; ++i)
+            {
+                made.push_back(Make(i % 3 == 0 ? u"Document" : u"Product"));
+                made.push_back(std::make_unique<Tagged>(false));
+                EXPECT_THROW(Tagged(true), std::runtime_error);
+                EXPECT_THROW(std::make_unique<Tagged>(true), std::runtime_error);
+            }
+        });
+    maker.join();
+    for (std::size_t i = 1; i < made.size(); i += 2)
+    {
+        // Through the base that stands in front.
+        auto* tagged = static_cast<Tagged*>(made[i].release());
+        EXPECT_TRUE(tagged->SetAttributeValue(u"productId", String(u"1")).Ok());
+        EXPECT_EQ(7, tagged->number);
+        delete static_cast<Tag*>(tagged);
+    }
+    std::thread([&] { made.clear(); }).join();
+    Object::operator delete(nullptr);
+    const auto again = Make(u"Product");
+    EXPECT_EQ("Product", Utf8(again->GetClassName()));
 }
 
 TEST(StorageLifetimeTest, AnObjectMayOutliveTheSession)

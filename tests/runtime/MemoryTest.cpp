@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <future>
 #include <map>
 #include <memory>
 #include <new>
@@ -214,6 +215,35 @@ TEST_F(FreeListTest, ThreadsMayGiveBackWhatOthersTook)
             }
         });
     giver.join();
+}
+
+TEST_F(FreeListTest, MemoryOfASessionReturnsWhileThreadsThatUsedItGoOn)
+{
+    CountingAllocator hooks;
+    const HooksScope scope(hooks);
+    using List = FreeList<88>;
+    std::promise<void> used;
+    std::promise<void> nextSession;
+    std::thread worker(
+        [&]
+        {
+            List::Give(List::Take());
+            used.set_value();
+            nextSession.get_future().wait();
+            void* const block = List::Take();
+            std::memset(block, 1, 88);
+            List::Give(block);
+        });
+    used.get_future().wait();
+    SessionState::SetActive(false);
+    internal::BlockPool::ReleaseUnused();
+    EXPECT_EQ(0, hooks.Live());
+    SessionState::SetActive(true);
+    nextSession.set_value();
+    worker.join();
+    SessionState::SetActive(false);
+    internal::BlockPool::ReleaseUnused();
+    EXPECT_EQ(0, hooks.Live());
 }
 
 }  // namespace
