@@ -71,6 +71,15 @@ DocumentLoad::DocumentLoad(Adapter& adapter, const PluginProcessData& data)
     }
 }
 
+DocumentLoad::~DocumentLoad()
+{
+    delete m_stream;
+    for (int i = m_handedOut; i < m_objects.GetSize(); ++i)
+    {
+        delete m_objects[i];
+    }
+}
+
 void DocumentLoad::Run()
 {
     try
@@ -175,22 +184,22 @@ void DocumentLoad::HandOut()
         {
             m_resolver->RegisterObject(handle, m_pointer);
         }
-        m_handles.Add(handle);
         m_roots.Add(handle);
+        m_handles.Add(handle);
+        ++m_handedOut;
     }
 }
 
 void DocumentLoad::ResolveReferences()
 {
-    const IdTable* table =
-        m_roots.GetSize() == 1 ? ClassData::Of(m_roots[0].GetObject())->Root()->idTable : nullptr;
-    const bool inBatches = table != nullptr && !PagingHooks::IsActive();
     std::array<ReferenceData, kBatch> batch;
     for (std::size_t i = 0; i < m_references.size(); i += kBatch)
     {
         const std::size_t count = std::min(kBatch, m_references.size() - i);
         std::copy_n(m_references.begin() + static_cast<std::ptrdiff_t>(i), count, batch.begin());
-        if (inBatches && LinkBatch(batch.data(), count, *table))
+        // Asked for anew: following a reference runs code of the application.
+        const IdTable* table = OnlyTable();
+        if (table != nullptr && LinkBatch(batch.data(), count, *table))
         {
             continue;
         }
@@ -199,6 +208,15 @@ void DocumentLoad::ResolveReferences()
             ResolveReference(batch[k]);
         }
     }
+}
+
+/// The ids of the only root; null when there is none or another way is needed.
+const IdTable* DocumentLoad::OnlyTable() const
+{
+    const ClassData* root =
+        m_roots.GetSize() == 1 ? ClassData::Of(m_roots.GetAt(0).GetObject()) : nullptr;
+    return root != nullptr && root->owner == nullptr && !PagingHooks::IsActive() ? root->idTable
+                                                                                 : nullptr;
 }
 
 /// Links references that are all of the common kind, "#id12" of this document; false, with nothing

@@ -29,6 +29,10 @@ class DocumentLoad
 public:
     /// `data` is that of ZORVEX_OP_ADAPTER_LOAD; the adapter has a context.
     DocumentLoad(zorvex_api::Adapter& adapter, const zorvex_api::PluginProcessData& data);
+    /// Deletes what could not be handed out.
+    ~DocumentLoad();
+    DocumentLoad(const DocumentLoad&) = delete;
+    DocumentLoad& operator=(const DocumentLoad&) = delete;
 
     /// Nothing is thrown.
     void Run();
@@ -40,6 +44,7 @@ private:
     void HandOut();
     void ResolveReferences();
     void ResolveReference(const zorvex_api::ReferenceData& reference);
+    const zorvex_api::IdTable* OnlyTable() const;
     bool LinkBatch(const zorvex_api::ReferenceData* references, std::size_t count,
                    const zorvex_api::IdTable& table);
     void ReportEnd();
@@ -53,6 +58,7 @@ private:
     zorvex_api::Array<zorvex_api::Handle>& m_handles;  // the caller's
     zorvex_api::Stream* m_stream = nullptr;            // owned until the parse ends
     zorvex_api::Array<zorvex_api::Object*> m_objects;
+    int m_handedOut = 0;  // of the objects: the caller's
     zorvex_api::Array<zorvex_api::Handle> m_roots;
     zorvex_api::ReferenceList m_references;
     zorvex_api::Pointer m_pointer;

@@ -1,5 +1,6 @@
 #include "document/ParserImpl.h"
 
+#include <memory>
 #include <utility>
 
 #include "document/UnknownClass.h"
@@ -709,7 +710,9 @@ void ParserImpl::OpenObject(ClassDescriptor* descriptor, FieldDescriptor* field,
     {
         // From here on the object is the caller's, whatever happens.
         m_inDocument = true;
+        std::unique_ptr<Object> fresh(object);
         objects->Add(object);
+        fresh.release();
         PushFrame(&data);
         ReadAttributes(data, names, values);
         if (data.id.HasValue())

@@ -1,6 +1,7 @@
 #include "objectmodel/ClassDescriptorImpl.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
 
 #include "objectmodel/ClassData.h"
@@ -172,6 +173,7 @@ void ClassDescriptorImpl::Retire(void* block, void (*destroy)(void*)) const
 
 bool ClassDescriptorImpl::IsUsedByObjects() const
 {
+    const std::lock_guard lock(ClassRegistry::WriteLock());
     HookedVector<const ClassDescriptorImpl*> pending{this};
     while (!pending.empty())
     {
@@ -202,7 +204,9 @@ Object* ClassDescriptorImpl::MakeObject()
     }
     if (object != nullptr && !m_deprecated)
     {
+        std::unique_ptr<Object> fresh(object);  // until it is complete
         ClassData::Of(object)->Initialise(m_descriptor);
+        fresh.release();
     }
     return object;
 }

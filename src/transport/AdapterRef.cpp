@@ -193,15 +193,15 @@ void AdapterRef::Push(Adapter* adapter, const String& context, bool isNew)
     AdapterImpl& impl = *adapter->GetImplementation();
     impl.previous = m_adapter;
     impl.next = nullptr;
-    impl.context = context;
-    impl.query = String();
     impl.isNewInstance = isNew ? 1 : 0;
     impl.borrowsPrevious = m_adapter != nullptr && m_adapter == m_previous ? 1 : 0;
     if (m_adapter != nullptr)
     {
         m_adapter->SetNext(adapter);
     }
-    m_adapter = adapter;
+    m_adapter = adapter;  // from here on it goes with the chain
+    impl.query = String();
+    impl.context = context;
 }
 
 /// Each member is taken out of the chain before it goes, so that none deletes another.

@@ -207,9 +207,19 @@ URIResolverImpl::KnownByData::iterator URIResolverImpl::NeedKnown(const Handle& 
     {
         return known;
     }
-    AddHolder(handle.GetData(), this);
+    // An object that ends asks its holders until it has none: each of them has to know it.
+    const auto added = m_byData.emplace(handle.GetData(), Known{handle, pointer, {}});
+    try
+    {
+        AddHolder(handle.GetData(), this);
+    }
+    catch (...)
+    {
+        m_byData.erase(added);
+        throw;
+    }
     MarkRegistered(handle);
-    return m_byData.emplace(handle.GetData(), Known{handle, pointer, {}});
+    return added;
 }
 
 void URIResolverImpl::Erase(KnownByData::iterator known) noexcept

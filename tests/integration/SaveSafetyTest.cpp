@@ -130,6 +130,51 @@ TEST_F(SaveSafetyTest, AFullDiskLeavesTheOldFileAndNothingElse)
     EXPECT_THAT(Messages(Save(loaded.Root(), m_folder.File("a.zorvex"))), IsEmpty());
 }
 
+TEST_F(SaveSafetyTest, RefusedMemoryLeavesNothingOfALoadOrASave)
+{
+    const String path = m_folder.Write(
+        "a.zorvex",
+        WrapDocument("<Header id='id9' traverseRootRefs='#id1 #id2'/><ProductDef id='id1'>"
+                     "<Description>a text that takes a block of its own</Description>"
+                     "<InstanceGraph id='id2'><ProductInstance id='id3' partRef='#id4' quantity="
+                     "'2.5'><Transform id='id6' type='general3'>1 0 0 0 1 0 0 0 1</Transform>"
+                     "</ProductInstance><ProductRevisionView id='id4' revisionRef='#id2' "
+                     "instanceRefs='id3'/><Material id='id7' ambient='1 0 0' diffuse='1 0 0'/>"
+                     "</InstanceGraph></ProductDef>"));
+    const auto run = [&]
+    {
+        const Loaded loaded = LoadFrom(path);
+        if (loaded.roots.size() != 1 || !loaded.GetResult().Ok())
+        {
+            return false;
+        }
+        Object* copy = nullptr;
+        const Result copied = loaded.Root()->Copy(copy, 0);
+        const std::unique_ptr<Object> owned(copy);
+        return copied.Ok() && Save(loaded.Root(), m_folder.File("c.zorvex")).Ok();
+    };
+    ASSERT_TRUE(run());
+    const long long before = Hooks().Total();
+    ASSERT_TRUE(run());
+    const long long needed = Hooks().Total() - before;
+    ASSERT_GT(needed, 20);
+    for (long long nth = 1; nth <= needed; ++nth)
+    {
+        Hooks().RefuseNth(nth);
+        try
+        {
+            run();
+        }
+        catch (const std::bad_alloc&)
+        {
+            // As it may be; what counts is that nothing stays behind.
+        }
+        Hooks().RefuseNth(0);
+        ASSERT_EQ(0u, Alive()) << nth;
+    }
+    EXPECT_TRUE(run());
+}
+
 TEST_F(SaveSafetyTest, AKilledProcessLeavesTheOldFile)
 {
     const Loaded loaded = LoadLarge("a.zorvex");
