@@ -38,6 +38,8 @@ public:
 
     using Allocator::operator new;
     using Allocator::operator delete;
+    /// Memory for an object, from Allocator.
+    static void* operator new(size_t size);
     /// Takes back the memory of an object, whichever way it was obtained.
     static void operator delete(void* block);
 

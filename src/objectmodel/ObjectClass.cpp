@@ -48,6 +48,11 @@ Object::~Object()
     ClassData::Destroy(m_data);
 }
 
+void* Object::operator new(size_t size)
+{
+    return Allocator::allocate(size);
+}
+
 void Object::operator delete(void* block)
 {
     if (!internal::ObjectBlock::GiveBack(block))
