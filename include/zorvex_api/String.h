@@ -13,6 +13,7 @@ namespace zorvex_api
 
 template <class T>
 class Array;
+struct StringAccess;
 struct StringImpl;
 
 /// The library's text: 16-bit code units, with a narrow form in UTF-8 made on demand.
@@ -157,6 +158,8 @@ public:
     StringImpl* GetImplementation() const { return m_impl; }
 
 private:
+    friend struct StringAccess;
+
     void Drop() noexcept;
     void Adopt(StringImpl* impl) noexcept;
     StringImpl& Editable();

@@ -119,7 +119,17 @@ TextView Wide(Word word)
 
 String ToString(Word word)
 {
-    return zorvex_api::ToString(Reader(word).Text());
+    if (!IsUtf8())
+    {
+        return zorvex_api::ToString(Wide(word));
+    }
+    String text;
+    if (!IsEmpty(word))
+    {
+        const std::string_view bytes = Utf8(word);
+        utf8::DecodeStored(bytes, StringAccess::NewText(text, utf8::StoredUnits(bytes)));
+    }
+    return text;
 }
 
 void AppendTo(Word word, std::u16string& out)

@@ -256,6 +256,12 @@ String& String::operator=(const char16_t* text)
     return *this;
 }
 
+char16_t* StringAccess::NewText(String& empty, size_t units)
+{
+    empty.m_impl = NewImpl(units);
+    return const_cast<char16_t*>(AsChar16(empty.m_impl->wide));
+}
+
 void String::Drop() noexcept
 {
     FreeNarrow(*m_impl);

@@ -35,6 +35,13 @@ struct StringImpl : Allocator
     int exposed;           // 1: a writable pointer was given out, the narrow form can't be kept
 };
 
+/// For those who write a new text straight into a String.
+struct StringAccess
+{
+    /// Gives an empty String room for `units` units, more than 0, to be written at once.
+    static char16_t* NewText(String& empty, size_t units);
+};
+
 namespace internal
 {
 /// Counts a borrowed text and remembers the length; safe from several threads.
