@@ -23,12 +23,6 @@ target_compile_options(
             -ffp-contract=off
             # GCC 12 sees overlapping copies in std::string's operator+ where there are none.
             $<$<AND:$<CXX_COMPILER_ID:GNU>,$<CONFIG:Release>>:-Wno-restrict>)
-# Thread-local data through descriptors: as safe in a library that is opened late, and much cheaper.
-include(CheckCXXCompilerFlag)
-check_cxx_compiler_flag(-mtls-dialect=gnu2 ZORVEX_HAS_TLS_DESCRIPTORS)
-if(ZORVEX_HAS_TLS_DESCRIPTORS AND NOT ZORVEX_SANITIZE)
-  target_compile_options(zorvex_compiler INTERFACE -mtls-dialect=gnu2)
-endif()
 if(ZORVEX_WERROR)
   target_compile_options(zorvex_compiler INTERFACE -Werror)
 endif()
