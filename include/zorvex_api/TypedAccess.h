@@ -154,8 +154,7 @@ ZORVEX_API void ResolveRefs(Object& object, FieldName field, Array<Object*>& tar
                             Configuration* configuration);
 /// Appends.
 template <class T>
-void ResolveRefs(Object& object, FieldName field, Array<T*>& targets,
-                 Configuration* configuration)
+void ResolveRefs(Object& object, FieldName field, Array<T*>& targets, Configuration* configuration)
 {
     Array<Object*> objects;
     ResolveRefs(object, field, objects, configuration);
@@ -172,8 +171,7 @@ ZORVEX_API Object* GetElement(const Object& object, FieldName field);
 ZORVEX_API Object* GetElement(const Object& object, FieldName field, int index);
 ZORVEX_API int CountElements(const Object& object, FieldName field);
 /// Null when the field has an element already, or none can be made.
-ZORVEX_API Object* AddSingleElement(Object& object, const char16_t* className,
-                                    FieldName field);
+ZORVEX_API Object* AddSingleElement(Object& object, const char16_t* className, FieldName field);
 ZORVEX_API Object* AddElement(Object& object, const char16_t* className, FieldName field);
 /// Null gives code 2.
 ZORVEX_API Result AttachElement(Object& object, Object* element, FieldName field);

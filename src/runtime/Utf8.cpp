@@ -38,6 +38,15 @@ size_t AsciiRun(const Byte* bytes, const Byte* end)
         }
         p += 8;
     }
+    if (end - p < 8 && end - bytes >= 8)
+    {
+        uint64_t word;
+        std::memcpy(&word, end - 8, 8);  // its first bytes are ASCII, as seen
+        if ((word & 0x8080808080808080ULL) == 0)
+        {
+            return static_cast<size_t>(end - bytes);
+        }
+    }
     while (p != end && *p < 0x80)
     {
         ++p;
@@ -95,8 +104,28 @@ char16_t* WriteUnits(char32_t value, char16_t* out)
     return out;
 }
 
+/// Eight bytes to eight units at once.
+void WidenEight(const Byte* from, char16_t* out)
+{
+    using Bytes = std::uint8_t __attribute__((vector_size(8)));
+    using Units = std::uint16_t __attribute__((vector_size(16)));
+    Bytes bytes;
+    std::memcpy(&bytes, from, sizeof bytes);
+    const Units units = __builtin_convertvector(bytes, Units);
+    std::memcpy(out, &units, sizeof units);
+}
+
 char16_t* Widen(const Byte* from, size_t count, char16_t* out)
 {
+    if (count >= 8)
+    {
+        for (size_t i = 0; i + 8 < count; i += 8)
+        {
+            WidenEight(from + i, out + i);
+        }
+        WidenEight(from + count - 8, out + count - 8);  // may repeat some
+        return out + count;
+    }
     for (size_t i = 0; i < count; ++i)
     {
         out[i] = from[i];

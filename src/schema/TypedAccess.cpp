@@ -36,7 +36,8 @@ TextView ViewOf(FieldName name)
 }
 
 /// The value of a field of exactly this name; null leaves it to the general way, which is needed
-/// for defaults, near names and messages. Most reads find it here, at the cost of a few comparisons.
+/// for defaults, near names and messages. Most reads find it here, at the cost of a few
+/// comparisons.
 const FieldData* FindValue(const ClassData& object, FieldName name)
 {
     constexpr int kMost = 16;
@@ -214,7 +215,7 @@ int GetInt(const Object& object, FieldName field)
         if (const FieldData* found = FindValue(*pin, field); Holds(found, FieldData::Form::Int))
         {
             return attribute_numbers::IsLogical(*found->descriptor) ? found->Int() != 0
-                                                                     : found->Int();
+                                                                    : found->Int();
         }
     }
     int value = 0;
@@ -240,7 +241,8 @@ String GetString(const Object& object, FieldName field)
 {
     {
         const ObjectPin pin(&object);
-        if (const FieldData* found = FindValue(*pin, field); Holds(found, FieldData::Form::Text))
+        const FieldData* found = FindValue(*pin, field);
+        if (found != nullptr && found->descriptor->Type() == zorvexFieldString)
         {
             return stored::ToString(found->Text());
         }
@@ -396,8 +398,7 @@ Result SetURI(Object& object, FieldName field, const Handle& handle)
     return object.SetAttributeValue(Borrow(field), Reference(handle));
 }
 
-Result ResolveURI(Object& object, FieldName field, Handle& handle,
-                  Configuration* configuration)
+Result ResolveURI(Object& object, FieldName field, Handle& handle, Configuration* configuration)
 {
     Reference reference;
     Result result = object.ResolveAttributeValue(Borrow(field), reference, configuration);
