@@ -10,7 +10,7 @@ class Object;
 class TraverseContextImpl;
 
 /// What a visit tells the walk to do next, and what a walk reports.
-enum zorvexTraverseResult
+enum zorvexTraverseResult : int
 {
     zorvexTraverseContinue = 0,  ///< go on, into this object's children
     zorvexTraverseSkip = 1,      ///< go on, but not into this object's children

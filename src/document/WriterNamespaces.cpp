@@ -1,6 +1,5 @@
 #include "document/ZORVEXWriter.h"
 
-#include <algorithm>
 #include <unordered_set>
 
 #include "objectmodel/ElementList.h"
@@ -169,14 +168,16 @@ void ZORVEXWriter::WriteOwnNamespace(const ClassData& data, const ClassDescripto
 
 const ZORVEXWriter::Binding* ZORVEXWriter::FindBinding(std::string_view prefix) const
 {
-    const auto found = std::find_if(m_bindings.rbegin(), m_bindings.rend(),
-                                    [prefix](const Binding& b) { return b.prefix == prefix; });
-    return found != m_bindings.rend() ? &*found : nullptr;
+    const auto found = m_bindingsOf.find(prefix);
+    return found != m_bindingsOf.end() && !found->second.empty() ? &m_bindings[found->second.back()]
+                                                                 : nullptr;
 }
 
 void ZORVEXWriter::Bind(const String& prefix, const String& uri)
 {
-    m_bindings.push_back({KeepText(prefix), uri, m_frames.size()});
+    const std::string_view kept = KeepText(prefix);
+    m_bindingsOf[kept].push_back(m_bindings.size());
+    m_bindings.push_back({kept, uri, m_frames.size()});
 }
 
 /// Forgets what the element that has just ended declared; the root's declarations stay to the end.
@@ -184,6 +185,7 @@ void ZORVEXWriter::CloseNamespaces()
 {
     while (!m_bindings.empty() && m_bindings.back().depth == m_frames.size() && !m_frames.empty())
     {
+        m_bindingsOf[m_bindings.back().prefix].pop_back();
         m_bindings.pop_back();
     }
 }

@@ -135,8 +135,9 @@ private:
     unsigned m_disturbances = 0;
     std::unordered_map<const ClassDescriptorImpl*, std::unique_ptr<WriterClass>> m_classes;
     WriterClass* m_lastClass = nullptr;
-    std::vector<Binding> m_bindings;  // outermost first
-    bool m_prefixesClash = false;     // two namespaces of the tree have the same prefix
+    std::vector<Binding> m_bindings;                                              // outermost first
+    std::unordered_map<std::string_view, std::vector<std::size_t>> m_bindingsOf;  // by prefix
+    bool m_prefixesClash = false;  // two namespaces of the tree have the same prefix
     std::unordered_map<const ClassDescriptorImpl*, std::string> m_prefixes;
     std::unordered_map<std::string, std::unique_ptr<std::string>> m_texts;  // names that are kept
     std::unique_ptr<zorvex_api::Pointer> m_rootPointer;

@@ -1,5 +1,7 @@
 #include "transport/DocumentPointer.h"
 
+#include <memory>
+
 #include "objectmodel/ObjectPin.h"
 #include "zorvex_api/Pointer.h"
 
@@ -36,7 +38,9 @@ void RememberDocumentPointer(Object* root, const Pointer& pointer)
         return;
     }
     const ObjectPin pin(root);
-    pin->SetExtension(extension_tag::kDocumentPointer, new Pointer(pointer));
+    auto kept = std::make_unique<Pointer>(pointer);
+    pin->SetExtension(extension_tag::kDocumentPointer, kept.get());
+    static_cast<void>(kept.release());  // the object's now
 }
 
 void ForgetDocumentPointer(Object* root)

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <memory>
 #include <vector>
 
 #include "objectmodel/ObjectPin.h"
@@ -64,10 +65,10 @@ InstanceStore& NeedStore(Object* holder)
     {
         return *store;
     }
-    auto* store = new InstanceStore;
+    auto store = std::make_unique<InstanceStore>();
     const ObjectPin pin(holder);
-    pin->SetExtension(extension_tag::kPluginInstances, store);
-    return *store;
+    pin->SetExtension(extension_tag::kPluginInstances, store.get());
+    return *store.release();  // the holder's now
 }
 
 bool ShowsInTree(int type)

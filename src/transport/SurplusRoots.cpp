@@ -57,8 +57,9 @@ Roots& NeedRoots(const Object* first)
     auto* roots = static_cast<Roots*>(pin->GetExtension(kSurplusRoots));
     if (roots == nullptr)
     {
-        roots = new Roots;
-        pin->SetExtension(kSurplusRoots, roots);
+        auto made = std::make_unique<Roots>();
+        pin->SetExtension(kSurplusRoots, made.get());
+        roots = made.release();  // the object's now
     }
     return *roots;
 }
