@@ -666,6 +666,7 @@ ClassDescriptor* ClassRegistry::MakeRuntimeClass(TextView name, TextView namespa
     impl->SetGenericMakeFunction(&GenericObject::MakeFunction);
     impl->SetBaseClass(base != nullptr ? base->GetQualifiedName() : String(u"Object"));
     impl->ResolveChain();
+    ClassDescriptor* const descriptor = impl->Descriptor();  // another thread may release the class
 
     ClassDescriptor* known = nullptr;
     {
@@ -686,7 +687,7 @@ ClassDescriptor* ClassRegistry::MakeRuntimeClass(TextView name, TextView namespa
     {
         *made = true;
     }
-    return impl->Descriptor();
+    return descriptor;
 }
 
 // --- finding ------------------------------------------------------------------------------------
